@@ -1,0 +1,107 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/pending_calls.h"
+#include "library/wallpaper.h"
+#include "platform/application.h"
+#include "platform/platform.h"
+#include "platform/registration.h"
+#include "platform/web_view.h"
+#include "playback/frame_settings.h"
+
+namespace tavelle {
+
+class WallpaperWindow;
+struct Screen;
+
+/// The one owner of the running application's state. Its operations are what the program can do; each stands in the
+/// folder of its subsystem. Main thread only. No operation fails towards its caller: what is worth knowing becomes a
+/// line of the event log.
+class Controller final : public ApplicationDelegate, public WebViewDelegate {
+ public:
+  /// Touches no file and shows nothing, so that the command line can use a controller just to reach the library.
+  explicit Controller(const Platform& platform);
+  ~Controller() override;
+
+  // --- Application (app/)
+
+  /// Brings everything up; see launch.cpp.
+  void applicationDidFinishLaunching() override;
+  /// Appends one line to the event log, `message` behind the time. A line that cannot be written is lost.
+  void log(const std::string& message);
+  void quit();
+
+  // --- Library (library/)
+
+  /// "Pictures/Wallpapers" in the home folder. It may not exist.
+  const std::filesystem::path& library() const { return library_; }
+  /// The library in the order in which a file browser shows names. Read afresh at every call.
+  std::vector<Wallpaper> wallpapers() const;
+  /// Puts the wallpaper at the head of the recent ones.
+  void remember(const Wallpaper& wallpaper);
+  /// The at most three of `all` that the user most likely wants: the one on show, the recent ones, the newest ones.
+  std::vector<Wallpaper> quickList(const std::vector<Wallpaper>& all) const;
+  /// Copies each sample wallpaper into the library that was never copied before, whether or not the library is empty.
+  void seedLibraryIfEmpty();
+  /// Opens the library folder in the file browser.
+  void showFolder();
+
+  // --- Playback (playback/)
+
+  /// The wallpaper on show.
+  const std::optional<Wallpaper>& current() const { return current_; }
+  /// Makes `wallpaper` the one on show on every screen, now and at the next launch.
+  void show(const Wallpaper& wallpaper);
+  /// Replaces all wallpaper windows and their pages by new ones, one for each screen there is.
+  void buildWindows();
+  /// Brings the page at `index` to what the pause switch and the screen's covered flag ask for.
+  void applyPlayState(std::size_t index);
+  void togglePause();
+  bool paused() const { return paused_; }
+  /// The settings in force; see `storedFrameSettings`.
+  FrameSettings frameSettings() const;
+  void chooseFrameRate(std::int64_t framesPerSecond);
+  void chooseResolution(double scale);
+
+ private:
+  void webViewDidFinish(WebView& view) override;
+  void webViewDidFail(WebView& view, const Error& error) override;
+  void webViewProcessDidTerminate(WebView& view) override;
+  void webViewDidReceiveMessage(WebView& view, const ScriptValue& body) override;
+
+  void restoreWallpaper();
+  void buildWindow(const Screen& screen);
+  std::string currentSignature() const;
+  void screensChanged();
+  void rebuildIfNeeded();
+  void load(WebView& view);
+  void applyFrameSettings();
+  void measureFrameRate(double seconds);
+  void finishMeasurement(const FrameSample& first, const FrameSample& second);
+
+  Platform platform_;
+  const std::filesystem::path library_;
+  const std::filesystem::path logFile_;
+  std::optional<Wallpaper> current_;
+  // Shared so that a delayed look at a page can tell that it has gone; nobody else keeps one.
+  std::vector<std::shared_ptr<WebView>> webViews_;
+  std::vector<std::unique_ptr<WallpaperWindow>> windows_;
+  bool paused_ = false;
+  /// Index for index with `webViews_`; an index beyond the end counts as not covered.
+  std::vector<bool> covered_;
+  /// The screens that the windows were last built for.
+  std::string screenSignature_;
+
+  Registration settingsTrouble_;
+  Registration screenObserver_;
+  Registration rebuildRequest_;
+  PendingCalls pending_;
+};
+
+}  // namespace tavelle

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <functional>
+#include <list>
+
+#include "platform/registration.h"
+
+namespace tavelle {
+
+class MainLoop;
+
+/// Delayed calls that nobody waits for one by one. Those that have not come when this dies never come.
+class PendingCalls {
+ public:
+  explicit PendingCalls(MainLoop& mainLoop) : mainLoop_(mainLoop) {}
+
+  void after(double seconds, std::function<void()> action);
+
+ private:
+  MainLoop& mainLoop_;
+  std::list<Registration> waiting_;
+};
+
+}  // namespace tavelle

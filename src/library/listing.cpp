@@ -1,0 +1,99 @@
+#include "library/listing.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "app/controller.h"
+#include "platform/text_order.h"
+#include "platform/user_defaults.h"
+
+namespace tavelle {
+namespace {
+
+constexpr std::size_t recentsKept = 30;
+constexpr std::size_t quickListLength = 3;
+constexpr auto recentsKey = "recentWallpapers";
+
+}  // namespace
+
+std::vector<Wallpaper> listWallpapers(const std::filesystem::path& library, const Files& files,
+                                      const TextOrder& order) {
+  const auto entries = files.list(library, Files::Hidden::skip);
+  if (!entries) return {};
+
+  // A key for each name costs one collation a name, where comparing in the sort would cost one a comparison.
+  std::vector<std::pair<std::string, Wallpaper>> keyed;
+  for (const FileLocation& entry : *entries) {
+    Wallpaper wallpaper{entry};
+    if (files.exists(wallpaper.page())) {
+      std::string key = order.fileBrowserKey(wallpaper.name());
+      keyed.emplace_back(std::move(key), std::move(wallpaper));
+    }
+  }
+  std::stable_sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+
+  std::vector<Wallpaper> sorted;
+  sorted.reserve(keyed.size());
+  for (auto& [key, wallpaper] : keyed) sorted.push_back(std::move(wallpaper));
+  return sorted;
+}
+
+std::vector<std::string> withMostRecent(const std::vector<std::string>& recents, const std::string& name,
+                                        const TextOrder& order) {
+  std::vector<std::string> result{name};
+  std::copy_if(
+      recents.begin(), recents.end(), std::back_inserter(result),
+      [&, canonical = order.canonical(name)](const std::string& each) { return order.canonical(each) != canonical; });
+  if (result.size() > recentsKept) result.resize(recentsKept);
+  return result;
+}
+
+std::vector<Wallpaper> quickList(const std::vector<Wallpaper>& all, const std::optional<Wallpaper>& current,
+                                 const std::vector<std::string>& recents, const Files& files, const TextOrder& order) {
+  std::vector<Wallpaper> result;
+  const auto appendOnce = [&](const Wallpaper& wallpaper) {
+    const auto isSame = [&](const Wallpaper& each) { return each.same(wallpaper); };
+    if (std::none_of(result.begin(), result.end(), isSame)) result.push_back(wallpaper);
+  };
+
+  for (const Wallpaper& each : all) {
+    if (!each.same(current)) continue;
+    appendOnce(each);
+    break;
+  }
+  std::vector<std::string> names;
+  names.reserve(all.size());
+  for (const Wallpaper& each : all) names.push_back(order.canonical(each.name()));
+  for (const std::string& recent : recents) {
+    const auto found = std::find(names.begin(), names.end(), order.canonical(recent));
+    if (found != names.end()) appendOnce(all[static_cast<std::size_t>(found - names.begin())]);
+  }
+
+  std::vector<std::pair<WallTime, const Wallpaper*>> byAge;
+  if (result.size() < quickListLength) {
+    for (const Wallpaper& each : all) byAge.emplace_back(each.added(files), &each);
+    std::stable_sort(byAge.begin(), byAge.end(), [](const auto& a, const auto& b) { return a.first > b.first; });
+  }
+  for (const auto& [added, wallpaper] : byAge) {
+    if (result.size() >= quickListLength) break;
+    appendOnce(*wallpaper);
+  }
+  if (result.size() > quickListLength) result.erase(result.begin() + quickListLength, result.end());
+  return result;
+}
+
+std::vector<Wallpaper> Controller::wallpapers() const {
+  return listWallpapers(library_, platform_.files, platform_.textOrder);
+}
+
+void Controller::remember(const Wallpaper& wallpaper) {
+  platform_.defaults.set(
+      recentsKey, withMostRecent(platform_.defaults.stringArray(recentsKey), wallpaper.name(), platform_.textOrder));
+}
+
+std::vector<Wallpaper> Controller::quickList(const std::vector<Wallpaper>& all) const {
+  return tavelle::quickList(all, current_, platform_.defaults.stringArray(recentsKey), platform_.files,
+                            platform_.textOrder);
+}
+
+}  // namespace tavelle

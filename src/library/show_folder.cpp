@@ -1,0 +1,8 @@
+#include "app/controller.h"
+#include "platform/workspace.h"
+
+namespace tavelle {
+
+void Controller::showFolder() { platform_.workspace.openFolder(library_); }
+
+}  // namespace tavelle

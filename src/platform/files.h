@@ -1,0 +1,51 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "platform/clock.h"
+#include "platform/result.h"
+
+namespace tavelle {
+
+/// Where a file or folder is. One that comes from a listing carries the creation time that the listing fetched along
+/// with it, so that sorting a library by age asks the file system nothing more.
+struct FileLocation {
+  std::filesystem::path path;
+  std::optional<WallTime> created = std::nullopt;
+};
+
+/// The file system. Paths are absolute and hold whatever bytes the file system holds. Every call blocks. Any thread.
+class Files {
+ public:
+  enum class Hidden { include, skip };
+
+  virtual ~Files() = default;
+
+  /// The immediate entries of `folder`, in no particular order, each with its creation time where the file system
+  /// reports one. Hidden entries are those whose names begin with a full stop and those that the file system flags.
+  virtual Result<std::vector<FileLocation>> list(const std::filesystem::path& folder, Hidden hidden) const = 0;
+
+  /// Whether anything exists at `path`, symbolic links followed.
+  virtual bool exists(const std::filesystem::path& path) const = 0;
+
+  /// When the object at `path` was created; nothing when it cannot be read or is not reported.
+  virtual std::optional<WallTime> created(const std::filesystem::path& path) const = 0;
+
+  /// Makes `folder` and whatever is missing above it. A folder that exists already is a success.
+  virtual Result<void> createFolders(const std::filesystem::path& folder) = 0;
+
+  /// Copies a file, or a folder with all it holds. Fails when `to` exists. `to` comes into being only when the copy is
+  /// complete: after a failure, or a crash half way, there is no half copy under that name.
+  virtual Result<void> copy(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
+
+  /// Adds `bytes` at the end of the existing file `path`; fails when it cannot be opened for writing.
+  virtual Result<void> append(const std::filesystem::path& path, std::string_view bytes) = 0;
+
+  /// Makes `bytes` the whole content of `path`, in place. It does not make missing folders.
+  virtual Result<void> write(const std::filesystem::path& path, std::string_view bytes) = 0;
+};
+
+}  // namespace tavelle

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <gtkmm/application.h>
+#include <sigc++/connection.h>
+
+#include "platform/application.h"
+
+namespace tavelle {
+
+/// The application on GTK and the session bus. Without a session bus it runs all the same, but a second one can, too.
+class GtkApplication final : public Application {
+ public:
+  GtkApplication();
+
+  int run(ApplicationDelegate& delegate) override;
+  void terminate() override;
+  void offer(Command command) override;
+
+ private:
+  void activate(ApplicationDelegate& delegate);
+
+  Glib::RefPtr<Gtk::Application> application_;
+  bool launched_ = false;
+};
+
+}  // namespace tavelle

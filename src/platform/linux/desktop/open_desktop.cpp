@@ -1,0 +1,49 @@
+#include <gtkmm/main.h>
+
+#include "platform/linux/desktop/gdk_screens.h"
+#include "platform/linux/desktop/gtk_application.h"
+#include "platform/linux/desktop/linux_desktop_picture.h"
+#include "platform/linux/desktop/webkit_web_views.h"
+#include "platform/linux/desktop/x11_wallpaper_window.h"
+#include "platform/linux/desktop_services.h"
+
+namespace tavelle {
+namespace {
+
+class GtkDesktopServices final : public DesktopServices {
+ public:
+  Application& application() override { return made(application_); }
+  DesktopPicture& desktopPicture() override { return desktopPicture_; }
+  Screens& screens() override { return screens_; }
+  WallpaperWindows& windows() override { return windows_; }
+  WebViews& webViews() override { return made(webViews_); }
+
+ private:
+  /// The command line needs neither the application nor the web engine, so both are made when they are asked for.
+  template <typename Service>
+  static Service& made(std::unique_ptr<Service>& service) {
+    if (!service) service = std::make_unique<Service>();
+    return *service;
+  }
+
+  std::unique_ptr<GtkApplication> application_;
+  GdkScreens screens_;
+  LinuxDesktopPicture desktopPicture_;
+  X11WallpaperWindows windows_;
+  std::unique_ptr<WebKitWebViews> webViews_;
+};
+
+}  // namespace
+}  // namespace tavelle
+
+extern "C" [[gnu::visibility("default")]] tavelle::Result<std::unique_ptr<tavelle::DesktopServices>>
+tavelleOpenDesktop();
+
+tavelle::Result<std::unique_ptr<tavelle::DesktopServices>> tavelleOpenDesktop() {
+  g_set_prgname("tavelle");
+  g_set_application_name("Tavelle");
+  gdk_set_allowed_backends("x11");
+  if (!gtk_init_check(nullptr, nullptr)) return tavelle::Error{"couldn't connect to an X11 display"};
+  Gtk::Main::init_gtkmm_internals();
+  return std::unique_ptr<tavelle::DesktopServices>(std::make_unique<tavelle::GtkDesktopServices>());
+}

@@ -1,0 +1,183 @@
+#include "platform/linux/desktop/webkit_web_view.h"
+
+#include <utility>
+
+#include "app/text.h"
+#include "platform/linux/desktop/page_isolation.h"
+#include "platform/linux/desktop/script_values.h"
+
+namespace tavelle {
+namespace {
+
+using UserScriptPtr = std::unique_ptr<WebKitUserScript, FreeWith<webkit_user_script_unref>>;
+
+/// A handler for signals whose default would show something to the user: answers "handled" and does nothing.
+gboolean refuse() { return TRUE; }
+
+GObjectPtr<WebKitWebView> makeView(WebKitWebContext* context, WebKitSettings* settings,
+                                   WebKitUserContentManager* content) {
+  const auto policies = adopt(webkit_website_policies_new_with_policies("autoplay", WEBKIT_AUTOPLAY_ALLOW, nullptr));
+  auto view = sink(WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW,             //
+                                                "web-context", context,           //
+                                                "settings", settings,             //
+                                                "user-content-manager", content,  //
+                                                "website-policies", policies.get(), nullptr)));
+  constexpr GdkRGBA black{0, 0, 0, 1};
+  webkit_web_view_set_background_color(view.get(), &black);
+  return view;
+}
+
+}  // namespace
+
+struct WebKitView::PendingAnswer {
+  std::weak_ptr<WebKitView*> view;
+  Answer answer;
+};
+
+WebKitView::WebKitView(WebKitWebContext* context, WebKitSettings* engineSettings, const WebViews::Settings& settings,
+                       WebViewDelegate& delegate)
+    : delegate_(delegate),
+      content_(adopt(webkit_user_content_manager_new())),
+      view_(makeView(context, engineSettings, content_.get())),
+      watch_([this] { evaluate("0", {}); }, [this] { webkit_web_view_terminate_web_process(view_.get()); }) {
+  gtk_widget_set_size_request(widget(), static_cast<int>(settings.width), static_cast<int>(settings.height));
+  connectSignals(settings.messageHandler);
+  refuseWhatLeavesThePage();
+  setUserScripts(settings.userScripts);
+}
+
+WebKitView::~WebKitView() {
+  if (preparation_) g_cancellable_cancel(preparation_.get());
+  g_signal_handlers_disconnect_by_data(view_.get(), this);
+  g_signal_handlers_disconnect_by_data(content_.get(), this);
+  // Others may hold the widget, its container among them; it has to go all the same, and its page process with it.
+  gtk_widget_destroy(widget());
+}
+
+void WebKitView::connectSignals(const std::string& messageHandler) {
+  const auto connect = [this](gpointer object, const std::string& signal, GCallback callback) {
+    g_signal_connect(object, signal.c_str(), callback, this);
+  };
+  connect(view_.get(), "load-changed", G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent event, gpointer self) {
+            static_cast<WebKitView*>(self)->loadChanged(event);
+          }));
+  connect(view_.get(), "load-failed",
+          G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent, char*, GError* error, gpointer self) -> gboolean {
+            static_cast<WebKitView*>(self)->loadFailed(error);
+            // Otherwise the engine shows an error page of its own, black on white.
+            return TRUE;
+          }));
+  connect(view_.get(), "web-process-terminated",
+          G_CALLBACK(+[](WebKitWebView*, WebKitWebProcessTerminationReason, gpointer self) {
+            static_cast<WebKitView*>(self)->processEnded();
+          }));
+  connect(view_.get(), "user-message-received",
+          G_CALLBACK(+[](WebKitWebView*, WebKitUserMessage* message, gpointer self) -> gboolean {
+            static_cast<WebKitView*>(self)->userMessageReceived(message);
+            return TRUE;
+          }));
+  webkit_user_content_manager_register_script_message_handler(content_.get(), messageHandler.c_str());
+  connect(content_.get(), "script-message-received::" + messageHandler,
+          G_CALLBACK(+[](WebKitUserContentManager*, WebKitJavascriptResult* message, gpointer self) {
+            static_cast<WebKitView*>(self)->messageReceived(message);
+          }));
+}
+
+void WebKitView::refuseWhatLeavesThePage() {
+  for (const char* signal : {"authenticate", "context-menu", "print", "run-file-chooser", "show-notification"}) {
+    g_signal_connect(view_.get(), signal, G_CALLBACK(refuse), nullptr);
+  }
+  g_signal_connect(view_.get(), "script-dialog",
+                   G_CALLBACK(+[](WebKitWebView*, WebKitScriptDialog* dialog) -> gboolean {
+                     // A page may not hold up the load of the next one.
+                     if (webkit_script_dialog_get_dialog_type(dialog) == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM) {
+                       webkit_script_dialog_confirm_set_confirmed(dialog, TRUE);
+                     }
+                     return TRUE;
+                   }),
+                   nullptr);
+  g_signal_connect(view_.get(), "permission-request",
+                   G_CALLBACK(+[](WebKitWebView*, WebKitPermissionRequest* request) -> gboolean {
+                     webkit_permission_request_deny(request);
+                     return TRUE;
+                   }),
+                   nullptr);
+}
+
+void WebKitView::loadFile(const std::filesystem::path& page, const std::filesystem::path& folder) {
+  page_ = page;
+  folder_ = folder;
+  if (preparation_) g_cancellable_cancel(preparation_.get());
+  preparation_ = adopt(g_cancellable_new());
+  isolationFilter(folder, preparation_.get(),
+                  [this](const Result<WebKitUserContentFilter*>& filter) { loadIsolated(filter); });
+}
+
+void WebKitView::loadIsolated(const Result<WebKitUserContentFilter*>& filter) {
+  preparation_.reset();
+  if (!filter) {
+    delegate_.webViewDidFail(*this, filter.error());
+    return;
+  }
+  webkit_user_content_manager_remove_all_filters(content_.get());
+  webkit_user_content_manager_add_filter(content_.get(), *filter);
+  webkit_web_view_load_uri(view_.get(), fileUri(page_).c_str());
+}
+
+void WebKitView::reload() {
+  if (!page_.empty()) loadFile(page_, folder_);
+}
+
+void WebKitView::evaluate(const std::string& script, Answer answer) {
+  watch_.asked();
+  auto pending = std::make_unique<PendingAnswer>(PendingAnswer{self_, std::move(answer)});
+  const auto finish = [](GObject* view, GAsyncResult* result, gpointer data) {
+    const std::unique_ptr<PendingAnswer> answered(static_cast<PendingAnswer*>(data));
+    ErrorSlot error;
+    const auto value = adopt(webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, error.out()));
+    const auto self = answered->view.lock();
+    if (!self) return;
+    (*self)->watch_.answered();
+    if (!answered->answer) return;
+    answered->answer(value ? Result<ScriptValue>(scriptValue(value.get()))
+                           : Result<ScriptValue>(Error{escapedUtf8(error.message())}));
+  };
+  webkit_web_view_evaluate_javascript(view_.get(), script.c_str(), -1, nullptr, nullptr, nullptr, finish,
+                                      pending.release());
+}
+
+void WebKitView::setUserScripts(const std::vector<std::string>& scripts) {
+  webkit_user_content_manager_remove_all_scripts(content_.get());
+  for (const std::string& source : scripts) {
+    const UserScriptPtr script(webkit_user_script_new(source.c_str(), WEBKIT_USER_CONTENT_INJECT_TOP_FRAME,
+                                                      WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, nullptr, nullptr));
+    webkit_user_content_manager_add_script(content_.get(), script.get());
+  }
+}
+
+void WebKitView::loadChanged(WebKitLoadEvent event) {
+  if (event == WEBKIT_LOAD_STARTED) loadFailed_ = false;
+  if (event == WEBKIT_LOAD_FINISHED && !loadFailed_) delegate_.webViewDidFinish(*this);
+}
+
+void WebKitView::loadFailed(const GError* error) {
+  loadFailed_ = true;
+  if (g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED)) return;
+  delegate_.webViewDidFail(*this, Error{escapedUtf8(error->message)});
+}
+
+void WebKitView::processEnded() {
+  watch_.processEnded();
+  delegate_.webViewProcessDidTerminate(*this);
+}
+
+void WebKitView::userMessageReceived(WebKitUserMessage* message) {
+  if (std::string_view(webkit_user_message_get_name(message)) != "process") return;
+  watch_.processStarted(g_variant_get_int32(webkit_user_message_get_parameters(message)));
+}
+
+void WebKitView::messageReceived(WebKitJavascriptResult* message) {
+  delegate_.webViewDidReceiveMessage(*this, scriptValue(webkit_javascript_result_get_js_value(message)));
+}
+
+}  // namespace tavelle

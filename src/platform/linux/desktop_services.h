@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/result.h"
+
+namespace tavelle {
+
+class Application;
+class DesktopPicture;
+class Screens;
+class WallpaperWindows;
+class WebViews;
+
+/// The services that need a display, the toolkit and the web engine. They are built into a library of their own, which
+/// is loaded only when one of them is needed: loading it takes longer than a whole command-line task.
+class DesktopServices {
+ public:
+  virtual ~DesktopServices() = default;
+
+  virtual Application& application() = 0;
+  virtual DesktopPicture& desktopPicture() = 0;
+  virtual Screens& screens() = 0;
+  virtual WallpaperWindows& windows() = 0;
+  virtual WebViews& webViews() = 0;
+};
+
+/// Whether the environment names a display.
+bool hasDisplay();
+
+/// Loads the library and connects to the display; an error when either cannot be had. Once in a process.
+Result<std::unique_ptr<DesktopServices>> openDesktop();
+
+/// What the library exports, under the name "tavelleOpenDesktop".
+using OpenDesktop = Result<std::unique_ptr<DesktopServices>>();
+
+}  // namespace tavelle

@@ -1,0 +1,99 @@
+#include "platform/linux/linux_files.h"
+
+#include <fcntl.h>
+#include <gio/gio.h>
+#include <stdio.h>
+
+#include <cerrno>
+#include <system_error>
+
+#include "app/text.h"
+#include "platform/linux/file_descriptor.h"
+#include "platform/linux/handles.h"
+
+namespace tavelle {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr auto listedAttributes = G_FILE_ATTRIBUTE_STANDARD_NAME
+    "," G_FILE_ATTRIBUTE_STANDARD_IS_HIDDEN "," G_FILE_ATTRIBUTE_TIME_CREATED "," G_FILE_ATTRIBUTE_TIME_CREATED_USEC;
+
+Error errorAbout(const fs::path& path, const std::error_code& code) { return systemError(path.native(), code.value()); }
+
+std::optional<WallTime> creationTime(GFileInfo* info) {
+  // 0 is how a file system without creation times comes through.
+  const auto seconds = g_file_info_get_attribute_uint64(info, G_FILE_ATTRIBUTE_TIME_CREATED);
+  if (seconds == 0) return std::nullopt;
+  return WallTime(std::chrono::seconds(seconds)) +
+         std::chrono::microseconds(g_file_info_get_attribute_uint32(info, G_FILE_ATTRIBUTE_TIME_CREATED_USEC));
+}
+
+GObjectPtr<GFile> fileAt(const fs::path& path) { return adopt(g_file_new_for_path(path.c_str())); }
+
+Result<void> writeWhole(const fs::path& path, int flags, std::string_view bytes) {
+  // Not blocking, so that a FIFO in the file's place gives an error and not a process that hangs.
+  const FileDescriptor file(open(path.c_str(), flags | O_WRONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666));
+  if (!file) return systemError(path.native(), errno);
+  return file.writeAll(bytes);
+}
+
+}  // namespace
+
+Result<std::vector<FileLocation>> LinuxFiles::list(const fs::path& folder, Hidden hidden) const {
+  ErrorSlot error;
+  const auto enumerator = adopt(
+      g_file_enumerate_children(fileAt(folder).get(), listedAttributes, G_FILE_QUERY_INFO_NONE, nullptr, error.out()));
+  if (!enumerator) return Error{escapedUtf8(error.message())};
+  std::vector<FileLocation> entries;
+  while (const auto info = adopt(g_file_enumerator_next_file(enumerator.get(), nullptr, error.out()))) {
+    if (hidden == Hidden::skip && g_file_info_get_is_hidden(info.get())) continue;
+    entries.push_back({folder / g_file_info_get_name(info.get()), creationTime(info.get())});
+  }
+  if (error.get()) return Error{escapedUtf8(error.message())};
+  return entries;
+}
+
+bool LinuxFiles::exists(const fs::path& path) const {
+  std::error_code ignored;
+  return fs::exists(path, ignored);
+}
+
+std::optional<WallTime> LinuxFiles::created(const fs::path& path) const {
+  const auto info =
+      adopt(g_file_query_info(fileAt(path).get(), listedAttributes, G_FILE_QUERY_INFO_NONE, nullptr, nullptr));
+  return info ? creationTime(info.get()) : std::nullopt;
+}
+
+Result<void> LinuxFiles::createFolders(const fs::path& folder) {
+  std::error_code code;
+  fs::create_directories(folder, code);
+  if (code) return errorAbout(folder, code);
+  return {};
+}
+
+Result<void> LinuxFiles::copy(const fs::path& from, const fs::path& to) {
+  // Copied beside the target under a hidden name that listings pass over, then moved into place in one step. What an
+  // earlier run left half done is in the way only here.
+  const fs::path half = to.parent_path() / ("." + to.filename().native() + ".tavelle-copy");
+  std::error_code code;
+  fs::remove_all(half, code);
+  if (!code) fs::copy(from, half, fs::copy_options::recursive | fs::copy_options::copy_symlinks, code);
+  if (!code && renameat2(AT_FDCWD, half.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) != 0) {
+    code.assign(errno, std::generic_category());
+  }
+  if (!code) return {};
+  std::error_code ignored;
+  fs::remove_all(half, ignored);
+  return errorAbout(to, code);
+}
+
+Result<void> LinuxFiles::append(const fs::path& path, std::string_view bytes) {
+  return writeWhole(path, O_APPEND, bytes);
+}
+
+Result<void> LinuxFiles::write(const fs::path& path, std::string_view bytes) {
+  return writeWhole(path, O_CREAT | O_TRUNC, bytes);
+}
+
+}  // namespace tavelle

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/files.h"
+
+namespace tavelle {
+
+/// The file system through GIO (listings, creation times) and the C++ library (the rest).
+class LinuxFiles final : public Files {
+ public:
+  Result<std::vector<FileLocation>> list(const std::filesystem::path& folder, Hidden hidden) const override;
+  bool exists(const std::filesystem::path& path) const override;
+  std::optional<WallTime> created(const std::filesystem::path& path) const override;
+  Result<void> createFolders(const std::filesystem::path& folder) override;
+  Result<void> copy(const std::filesystem::path& from, const std::filesystem::path& to) override;
+  Result<void> append(const std::filesystem::path& path, std::string_view bytes) override;
+  Result<void> write(const std::filesystem::path& path, std::string_view bytes) override;
+};
+
+}  // namespace tavelle

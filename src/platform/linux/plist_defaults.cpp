@@ -1,0 +1,138 @@
+#include "platform/linux/plist_defaults.h"
+
+#include <fcntl.h>
+#include <stdio.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <fstream>
+#include <iterator>
+#include <system_error>
+
+#include "platform/linux/atomic_write.h"
+#include "platform/linux/file_descriptor.h"
+#include "platform/linux/plist_values.h"
+
+namespace tavelle {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// How many damaged files are kept beside the good one before the program refuses to add another.
+constexpr int mostDamagedFiles = 100;
+
+}  // namespace
+
+std::optional<DefaultsValue> PlistDefaults::value(std::string_view key) const {
+  if (const auto unsaved = unsaved_.find(key); unsaved != unsaved_.end()) return unsaved->second;
+  refresh();
+  const plist_t node = stored_ ? plist_dict_get_item(stored_.get(), std::string(key).c_str()) : nullptr;
+  return node ? std::optional(defaultsValue(node)) : std::nullopt;
+}
+
+void PlistDefaults::set(std::string_view key, DefaultsValue newValue) {
+  if (value(key) == newValue && unsaved_.empty()) return;
+  unsaved_.insert_or_assign(std::string(key), std::move(newValue));
+  save();
+}
+
+void PlistDefaults::remove(std::string_view key) {
+  if (!value(key) && unsaved_.empty()) return;
+  unsaved_.insert_or_assign(std::string(key), std::nullopt);
+  save();
+}
+
+Registration PlistDefaults::onTrouble(std::function<void(const std::string&)> tell) {
+  tell_ = std::move(tell);
+  if (!lastTrouble_.empty()) tell_(lastTrouble_);
+  return Registration([this] { tell_ = nullptr; });
+}
+
+PlistDefaults::Version PlistDefaults::currentVersion() const {
+  struct stat info {};
+  if (stat(file_.c_str(), &info) != 0) return {};
+  return {info.st_ino, info.st_size, info.st_ctim.tv_sec, info.st_ctim.tv_nsec};
+}
+
+void PlistDefaults::refresh() const {
+  const Version version = currentVersion();
+  if (version == version_) return;
+  version_ = version;
+  stored_.reset();
+  content_ = Content::good;
+  if (version == Version{}) return;
+
+  std::ifstream stream(file_, std::ios::binary);
+  const std::string bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+  if (!stream.is_open() || stream.bad()) {
+    content_ = Content::unreadable;
+    report("couldn't read " + file_.native());
+    return;
+  }
+  stored_ = parsedDictionary(bytes);
+  if (stored_ || bytes.empty()) return;
+  content_ = Content::damaged;
+  report(file_.native() + " is damaged; starting without it");
+}
+
+void PlistDefaults::save() {
+  if (const auto saved = trySave(); saved) {
+    lastTrouble_.clear();
+  } else {
+    report("couldn't save to " + file_.native() + ": " + saved.error().description);
+  }
+}
+
+Result<void> PlistDefaults::trySave() {
+  const fs::path file = realFile();
+  std::error_code code;
+  fs::create_directories(file.parent_path(), code);
+  if (code) return systemError(file.parent_path().native(), code.value());
+  // Held while the file is read, changed and replaced, so that two processes do not undo each other's changes.
+  const FileDescriptor folder(open(file.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!folder || flock(folder.get(), LOCK_EX) != 0) return systemError(file.parent_path().native(), errno);
+
+  refresh();
+  if (content_ == Content::unreadable) return Error{"what it holds can't be read"};
+  if (content_ == Content::damaged) {
+    if (auto aside = keepDamagedAside(); !aside) return aside;
+  }
+  const PlistPtr changed(stored_ ? plist_copy(stored_.get()) : plist_new_dict());
+  for (const auto& [key, newValue] : unsaved_) {
+    if (newValue) {
+      plist_dict_set_item(changed.get(), key.c_str(), plistNode(*newValue).release());
+    } else {
+      plist_dict_remove_item(changed.get(), key.c_str());
+    }
+  }
+  if (auto written = writeAtomically(file, serialized(changed.get())); !written) return written;
+  unsaved_.clear();
+  return {};
+}
+
+Result<void> PlistDefaults::keepDamagedAside() {
+  const fs::path file = realFile();
+  for (int number = 1; number <= mostDamagedFiles; ++number) {
+    const fs::path aside = file.native() + ".damaged-" + std::to_string(number);
+    if (renameat2(AT_FDCWD, file.c_str(), AT_FDCWD, aside.c_str(), RENAME_NOREPLACE) == 0) {
+      content_ = Content::good;
+      return {};
+    }
+    if (errno != EEXIST) return systemError(aside.native(), errno);
+  }
+  return Error{"too many damaged files beside it"};
+}
+
+fs::path PlistDefaults::realFile() const {
+  std::error_code code;
+  const fs::path real = fs::weakly_canonical(file_, code);
+  return code ? file_ : real;
+}
+
+void PlistDefaults::report(const std::string& trouble) const {
+  if (std::exchange(lastTrouble_, trouble) != trouble && tell_) tell_(trouble);
+}
+
+}  // namespace tavelle

@@ -1,0 +1,32 @@
+#include "platform/linux/standard_paths.h"
+
+#include <glib.h>
+
+#include <system_error>
+
+namespace tavelle {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The folder above the one that holds the executable.
+fs::path prefix() {
+  std::error_code code;
+  return fs::read_symlink("/proc/self/exe", code).parent_path().parent_path();
+}
+
+}  // namespace
+
+fs::path homeFolder() { return g_get_home_dir(); }
+
+fs::path defaultsFile() { return fs::path(g_get_user_config_dir()) / "tavelle/defaults.plist"; }
+
+std::optional<fs::path> resourceFolder() {
+  const fs::path folder = prefix() / "share/tavelle";
+  std::error_code code;
+  return fs::is_directory(folder, code) ? std::optional(folder) : std::nullopt;
+}
+
+fs::path privateLibraryFolder() { return prefix() / "lib/tavelle"; }
+
+}  // namespace tavelle

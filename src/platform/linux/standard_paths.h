@@ -1,0 +1,20 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+
+namespace tavelle {
+
+/// The user's home folder: `$HOME`, else what the system's user database says.
+std::filesystem::path homeFolder();
+
+/// The settings file, below `$XDG_CONFIG_HOME`.
+std::filesystem::path defaultsFile();
+
+/// "<prefix>/share/tavelle" for an executable in "<prefix>/bin"; none when it does not exist.
+std::optional<std::filesystem::path> resourceFolder();
+
+/// "<prefix>/lib/tavelle", where the parts of the program lie that are loaded when they are needed.
+std::filesystem::path privateLibraryFolder();
+
+}  // namespace tavelle

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+
+namespace tavelle {
+
+class Application;
+class Clock;
+class DesktopPicture;
+class Files;
+class MainLoop;
+class Screens;
+class TextOrder;
+class UserDefaults;
+class WallpaperWindows;
+class WebViews;
+class Workspace;
+
+/// All that the program needs from outside its process. The services outlive everything that is handed this.
+struct Platform {
+  Application& application;
+  Clock& clock;
+  DesktopPicture& desktopPicture;
+  Files& files;
+  MainLoop& mainLoop;
+  Screens& screens;
+  TextOrder& textOrder;
+  UserDefaults& defaults;
+  WallpaperWindows& windows;
+  WebViews& webViews;
+  Workspace& workspace;
+
+  /// The user's home folder.
+  std::filesystem::path home;
+  /// The folder of the files that come with the program; none when it cannot be found.
+  std::optional<std::filesystem::path> resources;
+};
+
+}  // namespace tavelle

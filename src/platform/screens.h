@@ -1,0 +1,35 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/geometry.h"
+#include "platform/registration.h"
+
+namespace tavelle {
+
+/// One monitor, as it was when it was listed.
+struct Screen {
+  /// What the desktop calls it, e.g. the connector "HDMI-1". Empty when it has no name.
+  std::string name;
+  /// The whole monitor in screen space: origin at the bottom-left of the main screen, y grows upwards.
+  Rect frame;
+  /// The whole monitor in global display space: origin at the top-left of the main screen, y grows downwards.
+  Rect bounds;
+};
+
+/// The monitors. Main thread only.
+class Screens {
+ public:
+  virtual ~Screens() = default;
+
+  /// The monitors as they are now, the main one first. Empty when there is no display.
+  virtual std::vector<Screen> list() const = 0;
+
+  /// Calls `changed` on the main loop after anything about the monitors may have changed: number, place, size. It may
+  /// come several times for one change, and for changes that alter no screen.
+  virtual Registration onChange(std::function<void()> changed) = 0;
+};
+
+}  // namespace tavelle

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tavelle {
+
+/// Comparing names as people do. All text is UTF-8; bytes that are not are treated as U+FFFD. Any thread.
+class TextOrder {
+ public:
+  virtual ~TextOrder() = default;
+
+  /// A key whose byte order is the order in which a file browser shows names: case-insensitive, runs of digits by
+  /// value, by the user's locale. Names that it shows as equals have equal keys.
+  virtual std::string fileBrowserKey(std::string_view name) const = 0;
+
+  /// The canonically composed form (NFC): two texts are the same to a reader exactly when these are equal byte for
+  /// byte, and its byte order is the order of Unicode scalar values.
+  virtual std::string canonical(std::string_view text) const = 0;
+};
+
+}  // namespace tavelle

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "playback/frame_settings.h"
+
+namespace tavelle {
+
+/// Sends the page's uncaught errors and its console errors to the message handler "log".
+extern const std::string errorJS;
+
+/// A function of the page's window, a frame rate and a resolution scale that paces the page's animation frames and
+/// makes `window.tavelle`.
+extern const std::string framesJS;
+
+/// Pause or play every video of the page, and whatever the page moves itself.
+extern const std::string pauseJS;
+extern const std::string playJS;
+
+/// Answers a JSON text with the page's title and its size: width, height, device pixel ratio.
+extern const std::string probeJS;
+
+/// Answers [draws so far, the page's clock in ms, width and height of its first canvas], or 0 when the page's animation
+/// frames are not paced.
+extern const std::string samplingJS;
+
+/// Puts `settings` in force in a loaded page.
+std::string applyScript(const FrameSettings& settings);
+
+/// What runs in every page before its own scripts, in this order, with `settings` in force from the start.
+std::vector<std::string> pageScripts(const FrameSettings& settings);
+
+}  // namespace tavelle

@@ -1,0 +1,52 @@
+#include "app/controller.h"
+#include "platform/main_loop.h"
+#include "platform/screens.h"
+#include "platform/wallpaper_window.h"
+#include "playback/page_scripts.h"
+#include "playback/screen_signature.h"
+
+namespace tavelle {
+namespace {
+
+/// Monitors come and go in bursts while the user plugs or the machine wakes up.
+constexpr double rebuildDelay = 0.5;
+
+}  // namespace
+
+void Controller::buildWindows() {
+  screenSignature_ = currentSignature();
+  for (const auto& window : windows_) window->orderOut();
+  windows_.clear();
+  webViews_.clear();
+  covered_.clear();
+  for (const Screen& screen : platform_.screens.list()) buildWindow(screen);
+  log("showing on " + std::to_string(windows_.size()) + " display(s)");
+}
+
+void Controller::buildWindow(const Screen& screen) {
+  auto webView = platform_.webViews.make({.width = screen.frame.width,
+                                          .height = screen.frame.height,
+                                          .messageHandler = "log",
+                                          .userScripts = pageScripts(frameSettings())},
+                                         *this);
+  load(*webView);
+  auto window = platform_.windows.make(screen);
+  window->setContent(*webView);
+  // With nothing to show the plain desktop stays in sight.
+  if (current_) window->orderFront();
+  webViews_.push_back(std::move(webView));
+  windows_.push_back(std::move(window));
+}
+
+std::string Controller::currentSignature() const { return screenSignature(platform_.screens.list()); }
+
+void Controller::screensChanged() {
+  if (currentSignature() == screenSignature_) return;
+  rebuildRequest_ = platform_.mainLoop.after(rebuildDelay, [this] { rebuildIfNeeded(); });
+}
+
+void Controller::rebuildIfNeeded() {
+  if (currentSignature() != screenSignature_) buildWindows();
+}
+
+}  // namespace tavelle
