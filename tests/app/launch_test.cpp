@@ -1,0 +1,60 @@
+#include <gtest/gtest.h>
+
+#include "app/controller.h"
+#include "fakes/fake_platform.h"
+
+namespace tavelle {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+TEST(Launch, ChoosesTheStoredWallpaperThenTheBundledThenTheFirst) {
+  struct Case {
+    const char* what;
+    std::vector<std::string> library;
+    const char* stored;
+    std::string shown;
+  };
+  for (const auto& [what, library, stored, shown] : std::initializer_list<Case>{
+           {"stored", {"Aurora", "Starship Liftoff", "Waves"}, "Waves", "Waves"},
+           {"stored one is gone", {"Aurora", "Starship Liftoff"}, "Waves", "Starship Liftoff"},
+           {"nothing stored", {"Aurora", "Starship Liftoff"}, nullptr, "Starship Liftoff"},
+           {"no bundled one either", {"Waves", "Aurora"}, "Gone", "Aurora"},
+           {"letter case counts", {"Aurora", "waves"}, "Waves", "Aurora"},
+           {"composed and decomposed letters are the same", {"Aurora", "Caf\u00E9"}, "Cafe\u0301", "Caf\u00E9"},
+           {"empty library", {}, "Waves", "nothing"}}) {
+    FakePlatform platform;
+    for (const auto& name : library) platform.addWallpaper(name);
+    if (stored) platform.defaults.set("wallpaper", std::string(stored));
+    Controller controller(platform);
+    controller.applicationDidFinishLaunching();
+    EXPECT_EQ(platform.log(), (Lines{"launched, showing: " + shown, "showing on 2 display(s)"})) << what;
+    EXPECT_EQ(controller.current() ? controller.current()->name() : "nothing", shown) << what;
+    const auto recents = platform.defaults.stringArray("recentWallpapers");
+    EXPECT_EQ(recents, shown == "nothing" ? Lines{} : Lines{shown}) << what;
+    // The launch restores; it chooses nothing anew.
+    EXPECT_EQ(platform.defaults.string("wallpaper"), stored ? std::optional<std::string>(stored) : std::nullopt);
+    EXPECT_TRUE(platform.desktopPicture.pictures.empty()) << what;
+  }
+}
+
+TEST(Launch, SeedsBeforeItChooses) {
+  FakePlatform platform;
+  platform.files.put("/share/Wallpapers/Starship Liftoff/index.html");
+  Controller controller(platform);
+  platform.application.run(controller);
+  EXPECT_EQ(platform.log(), (Lines{"added the bundled Starship Liftoff wallpaper",
+                                   "launched, showing: Starship Liftoff", "showing on 2 display(s)"}));
+}
+
+TEST(Launch, MakingAControllerTouchesNothing) {
+  FakePlatform platform;
+  platform.files.put("/share/Wallpapers/Aurora/index.html");
+  { Controller controller(platform); }
+  EXPECT_FALSE(platform.files.exists("/home/Pictures"));
+  EXPECT_TRUE(platform.log().empty());
+  EXPECT_TRUE(platform.windows.made.empty());
+}
+
+}  // namespace
+}  // namespace tavelle

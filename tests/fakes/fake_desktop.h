@@ -1,0 +1,116 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/application.h"
+#include "platform/clock.h"
+#include "platform/desktop_picture.h"
+#include "platform/screens.h"
+#include "platform/wallpaper_window.h"
+#include "platform/web_view.h"
+#include "platform/workspace.h"
+
+namespace tavelle {
+
+struct FakeClock final : Clock {
+  WallTime now() const override { return time; }
+  WallTime time{};
+};
+
+struct FakeApplication final : Application {
+  int run(ApplicationDelegate& delegate) override {
+    delegate.applicationDidFinishLaunching();
+    return 0;
+  }
+  void terminate() override { terminated = true; }
+  void offer(Command) override {}
+  bool terminated = false;
+};
+
+struct FakeWorkspace final : Workspace {
+  void openFolder(const std::filesystem::path& folder) override { opened.push_back(folder); }
+  std::vector<std::filesystem::path> opened;
+};
+
+struct FakeScreens final : Screens {
+  std::vector<Screen> list() const override { return screens; }
+  Registration onChange(std::function<void()> tell) override {
+    changed = std::move(tell);
+    return Registration([this] { changed = nullptr; });
+  }
+  std::vector<Screen> screens;
+  std::function<void()> changed = [] {};
+};
+
+struct FakeDesktopPicture final : DesktopPicture {
+  Result<void> set(const std::filesystem::path& image, const Screen& screen) override {
+    if (refusing == screen.name) return Error{"no"};
+    pictures[screen.name] = image;
+    return {};
+  }
+  std::map<std::string, std::filesystem::path> pictures;
+  std::string refusing = "none";
+};
+
+/// A page that remembers what it was told, and answers scripts when the test says so.
+struct FakeWebView final : WebView {
+  FakeWebView(const WebViews::Settings& made, WebViewDelegate& heard) : settings(made), delegate(heard) {}
+  void loadFile(const std::filesystem::path& page, const std::filesystem::path& readable) override {
+    loaded.push_back(page);
+    folder = readable;
+  }
+  void reload() override { ++reloads; }
+  void evaluate(const std::string& script, Answer answer) override {
+    scripts.push_back(script);
+    answers.push_back(std::move(answer));
+  }
+  void setUserScripts(const std::vector<std::string>& scriptTexts) override { settings.userScripts = scriptTexts; }
+
+  /// Answers the last script.
+  void answer(const Result<ScriptValue>& value) const { answers.back()(value); }
+
+  WebViews::Settings settings;
+  WebViewDelegate& delegate;
+  std::vector<std::filesystem::path> loaded;
+  std::filesystem::path folder;
+  int reloads = 0;
+  std::vector<std::string> scripts;
+  std::vector<Answer> answers;
+};
+
+struct FakeWindow final : WallpaperWindow {
+  explicit FakeWindow(const Screen& over) : screen(over) {}
+  void setContent(WebView& view) override { content = &view; }
+  void orderFront() override { visible = true; }
+  void orderOut() override { visible = false; }
+  bool isVisible() const override { return visible; }
+
+  Screen screen;
+  WebView* content = nullptr;
+  bool visible = false;
+};
+
+struct FakeWebViews final : WebViews {
+  std::unique_ptr<WebView> make(const Settings& settings, WebViewDelegate& delegate) override {
+    auto view = std::make_unique<FakeWebView>(settings, delegate);
+    made.push_back(view.get());
+    return view;
+  }
+  /// All that were ever made; the last ones are those in use.
+  std::vector<FakeWebView*> made;
+};
+
+struct FakeWindows final : WallpaperWindows {
+  std::unique_ptr<WallpaperWindow> make(const Screen& screen) override {
+    auto window = std::make_unique<FakeWindow>(screen);
+    made.push_back(window.get());
+    return window;
+  }
+  std::vector<FakeWindow*> made;
+};
+
+}  // namespace tavelle

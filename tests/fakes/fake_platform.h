@@ -1,0 +1,66 @@
+#pragma once
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "fakes/fake_defaults.h"
+#include "fakes/fake_desktop.h"
+#include "fakes/fake_files.h"
+#include "fakes/fake_main_loop.h"
+#include "platform/linux/icu_text_order.h"
+#include "platform/platform.h"
+
+namespace tavelle {
+
+/// A whole desktop in memory: two screens side by side, a home folder, packaged resources. Only the order of names is
+/// the real one.
+struct FakePlatform {
+  FakePlatform() {
+    screens.screens = {{"left", {0, 0, 1920, 1080}, {0, 0, 1920, 1080}},
+                       {"right", {1920, 56, 1280, 1024}, {1920, 0, 1280, 1024}}};
+    files.put("/home/Library/Logs/Tavelle.log");
+    static_cast<void>(files.createFolders("/share"));
+  }
+
+  operator Platform() {
+    return {.application = application,
+            .clock = clock,
+            .desktopPicture = desktopPicture,
+            .files = files,
+            .mainLoop = mainLoop,
+            .screens = screens,
+            .textOrder = textOrder,
+            .defaults = defaults,
+            .windows = windows,
+            .webViews = webViews,
+            .workspace = workspace,
+            .home = "/home",
+            .resources = "/share"};
+  }
+
+  /// The event log's lines without their times.
+  std::vector<std::string> log() const {
+    std::vector<std::string> messages;
+    std::istringstream lines(files.content("/home/Library/Logs/Tavelle.log").value_or(""));
+    for (std::string line; std::getline(lines, line);) messages.push_back(line.substr(26));
+    return messages;
+  }
+
+  /// Puts a wallpaper into the library.
+  void addWallpaper(const std::string& name) { files.put("/home/Pictures/Wallpapers/" + name + "/index.html"); }
+
+  FakeApplication application;
+  FakeClock clock;
+  FakeDesktopPicture desktopPicture;
+  FakeFiles files;
+  FakeMainLoop mainLoop;
+  FakeScreens screens;
+  IcuTextOrder textOrder;
+  FakeDefaults defaults;
+  FakeWindows windows;
+  FakeWebViews webViews;
+  FakeWorkspace workspace;
+};
+
+}  // namespace tavelle

@@ -1,0 +1,102 @@
+// What every file system must do, over the real one and the one in memory; and what only the real one can show.
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <memory>
+
+#include "fakes/fake_files.h"
+#include "fakes/temporary_folder.h"
+#include "platform/linux/linux_files.h"
+
+namespace tavelle {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::vector<std::string> namesIn(const Files& files, const fs::path& folder, Files::Hidden hidden) {
+  std::vector<std::string> names;
+  if (const auto entries = files.list(folder, hidden)) {
+    for (const auto& entry : *entries) names.push_back(entry.path.filename());
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+void keepContract(Files& files, const fs::path& root) {
+  EXPECT_FALSE(files.list(root / "missing", Files::Hidden::skip));
+  ASSERT_TRUE(files.createFolders(root / "a/b"));
+  EXPECT_TRUE(files.createFolders(root / "a/b")) << "there already";
+  EXPECT_FALSE(files.append(root / "a/log", "x")) << "append makes no file";
+  EXPECT_FALSE(files.write(root / "none/log", "x")) << "write makes no folder";
+  EXPECT_TRUE(files.write(root / "a/log", "one\n"));
+  EXPECT_TRUE(files.append(root / "a/log", "two\n"));
+  EXPECT_TRUE(files.write(root / "a/.hidden", ""));
+  EXPECT_FALSE(files.createFolders(root / "a/log")) << "a file is in the way";
+  EXPECT_EQ(namesIn(files, root / "a", Files::Hidden::skip), (std::vector<std::string>{"b", "log"}));
+  EXPECT_EQ(namesIn(files, root / "a", Files::Hidden::include), (std::vector<std::string>{".hidden", "b", "log"}));
+
+  EXPECT_TRUE(files.copy(root / "a", root / "c"));
+  EXPECT_EQ(namesIn(files, root / "c", Files::Hidden::include), (std::vector<std::string>{".hidden", "b", "log"}));
+  EXPECT_FALSE(files.copy(root / "a", root / "c")) << "nothing is overwritten";
+  EXPECT_FALSE(files.copy(root / "missing", root / "d"));
+  EXPECT_FALSE(files.exists(root / "d"));
+  EXPECT_EQ(namesIn(files, root, Files::Hidden::include), (std::vector<std::string>{"a", "c"})) << "no half copies";
+  EXPECT_TRUE(files.created(root / "c"));
+  EXPECT_FALSE(files.created(root / "missing"));
+}
+
+TEST(Files, KeepTheirContract) {
+  FakeFiles fake;
+  ASSERT_TRUE(fake.createFolders("/root"));
+  keepContract(fake, "/root");
+  const TemporaryFolder folder;
+  LinuxFiles real;
+  keepContract(real, folder.path());
+}
+
+TEST(LinuxFiles, ListsCreationTimesAndHiddenFlags) {
+  const TemporaryFolder folder;
+  LinuxFiles files;
+  std::ofstream(folder.path() / ".hidden") << "Secret\n";
+  fs::create_directory(folder.path() / "Secret");
+  fs::create_directory(folder.path() / "caf\xE9\n%");
+  const auto entries = files.list(folder.path(), Files::Hidden::skip);
+  ASSERT_TRUE(entries && entries->size() == 1) << "what .hidden names is hidden";
+  EXPECT_EQ(entries->front().path, folder.path() / "caf\xE9\n%");
+  EXPECT_EQ(entries->front().created, files.created(entries->front().path));
+  ASSERT_TRUE(entries->front().created);
+  EXPECT_LT(std::chrono::system_clock::now() - *entries->front().created, std::chrono::minutes(5));
+}
+
+TEST(LinuxFiles, CopiesOverWhatAKilledCopyLeft) {
+  const TemporaryFolder folder;
+  LinuxFiles files;
+  ASSERT_TRUE(files.createFolders(folder.path() / "from"));
+  ASSERT_TRUE(files.write(folder.path() / "from/index.html", "whole"));
+  ASSERT_TRUE(files.createFolders(folder.path() / ".to.tavelle-copy"));
+  ASSERT_TRUE(files.write(folder.path() / ".to.tavelle-copy/stale", ""));
+  ASSERT_TRUE(files.copy(folder.path() / "from", folder.path() / "to"));
+  EXPECT_EQ(namesIn(files, folder.path(), Files::Hidden::include), (std::vector<std::string>{"from", "to"}));
+  EXPECT_EQ(namesIn(files, folder.path() / "to", Files::Hidden::include), std::vector<std::string>{"index.html"});
+}
+
+TEST(LinuxFiles, DoesNotHangOnAFifo) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(mkfifo((folder.path() / "log").c_str(), 0600), 0);
+  EXPECT_FALSE(LinuxFiles().append(folder.path() / "log", "x"));
+}
+
+TEST(LinuxFiles, SaysWhenTheDiskIsFull) {
+  const auto written = LinuxFiles().append("/dev/full", "x");
+  ASSERT_FALSE(written);
+  EXPECT_NE(written.error().description.find("No space left"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace tavelle

@@ -1,0 +1,54 @@
+#include <glib.h>
+#include <gtest/gtest.h>
+
+#include "app/pending_calls.h"
+#include "fakes/fake_main_loop.h"
+#include "platform/linux/glib_main_loop.h"
+
+namespace tavelle {
+namespace {
+
+/// `wait` lets at least that many seconds pass.
+void keepContract(MainLoop& loop, const std::function<void(double)>& wait) {
+  std::string calls;
+  auto later = loop.after(0.04, [&] { calls += "b"; });
+  auto soon = loop.after(0.01, [&] { calls += "a"; });
+  auto dropped = loop.after(0.02, [&] { calls += "x"; });
+  EXPECT_EQ(calls, "") << "never inside the call";
+  dropped.cancel();
+  wait(0.1);
+  EXPECT_EQ(calls, "ab");
+  soon.cancel();
+  soon = loop.after(0, [&] {
+    // A callback may drop its own handle, and start another.
+    soon.cancel();
+    soon = loop.after(0, [&] { calls += "d"; });
+    calls += "c";
+  });
+  wait(0.05);
+  EXPECT_EQ(calls, "abcd");
+  {
+    PendingCalls pending(loop);
+    pending.after(0, [&] { calls += "e"; });
+    pending.after(10, [&] { calls += "x"; });
+    wait(0.05);
+  }
+  EXPECT_EQ(calls, "abcde");
+  const auto goneWithScope = [&] { PendingCalls(loop).after(0, [&] { calls += "x"; }); };
+  goneWithScope();
+  wait(0.05);
+  EXPECT_EQ(calls, "abcde");
+}
+
+TEST(MainLoop, KeepsItsContract) {
+  FakeMainLoop fake;
+  keepContract(fake, [&](double seconds) { fake.turn(seconds); });
+  GLibMainLoop real;
+  keepContract(real, [](double seconds) {
+    const gint64 end = g_get_monotonic_time() + static_cast<gint64>(seconds * G_USEC_PER_SEC);
+    while (g_get_monotonic_time() < end) g_main_context_iteration(nullptr, FALSE);
+  });
+}
+
+}  // namespace
+}  // namespace tavelle

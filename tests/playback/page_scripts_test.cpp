@@ -1,0 +1,155 @@
+// Runs the page scripts in the web engine's own JavaScript, on a display that this test simulates.
+
+#include "playback/page_scripts.h"
+
+#include <gtest/gtest.h>
+#include <jsc/jsc.h>
+
+#include "platform/linux/handles.h"
+
+namespace tavelle {
+namespace {
+
+/// A window with as much of a page as the scripts use. `run(ms, hz)` lets time pass on the display.
+constexpr auto simulatedWindow = R"js(
+  var now = 0, natives = [], events = [], timers = [], posted = [];
+  var window = this;
+  window.requestAnimationFrame = cb => { natives.push(cb); return natives.length; };
+  window.dispatchEvent = e => { events.push(e.type); };
+  window.Event = function (type) { this.type = type; };
+  window.addEventListener = (type, listener) => { window['on' + type] = listener; };
+  window.webkit = { messageHandlers: { log: { postMessage: text => posted.push(text) } } };
+  var printed = [], console = { error: (...a) => printed.push(a) };
+  function setTimeout(cb) { timers.push(cb); }
+  function run(ms, hz) {
+    for (const end = now + ms; now < end; now += 1000 / hz) {
+      const due = natives; natives = [];
+      due.forEach(cb => cb(now));
+    }
+  }
+  // An animation loop as pages write it; `draws` holds the display frame of each draw.
+  var draws = [];
+  function animate(hz) {
+    const loop = t => { draws.push(Math.round(t * hz / 1000)); window.requestAnimationFrame(loop); };
+    window.requestAnimationFrame(loop);
+  }
+  var spacings = () => draws.slice(1).map((d, i) => d - draws[i]);
+)js";
+
+class Page {
+ public:
+  explicit Page(const FrameSettings& settings) : context_(adopt(jsc_context_new())) {
+    evaluate(simulatedWindow);
+    for (const auto& script : pageScripts(settings)) evaluate(script);
+  }
+
+  /// What the script's last expression is, as JSON.
+  std::string evaluate(const std::string& script) {
+    const auto value = adopt(jsc_context_evaluate(context_.get(), script.c_str(), -1));
+    if (auto* const exception = jsc_context_get_exception(context_.get())) {
+      ADD_FAILURE() << jsc_exception_get_message(exception);
+      jsc_context_clear_exception(context_.get());
+    }
+    const GCharPtr json(jsc_value_to_json(value.get(), 0));
+    return json ? json.get() : "undefined";
+  }
+
+ private:
+  GObjectPtr<JSCContext> context_;
+};
+
+TEST(PageScripts, DrawsAtTheChosenRateOnAnyDisplay) {
+  for (const int hz : {60, 144}) {
+    for (const std::int64_t rate : frameRates) {
+      Page page({rate, 1.0});
+      const std::string display = std::to_string(hz);
+      // Two seconds to find the display's pace, then ten that count.
+      page.evaluate("animate(" + display + "); run(2000, " + display + "); var before = tavelle.frames;");
+      const double drawn = std::stod(page.evaluate("run(10000, " + display + "); window.tavelle.frames - before"));
+      // A whole number of display frames that is within 3 % is taken instead.
+      EXPECT_NEAR(drawn / 10, static_cast<double>(rate), 0.03 * static_cast<double>(rate) + 0.1)
+          << rate << " FPS on " << hz << " Hz";
+    }
+  }
+}
+
+TEST(PageScripts, SpacesTheDrawsEvenly) {
+  struct Case {
+    std::int64_t rate;
+    int hz;
+    const char* pattern;
+  };
+  for (const auto& [rate, hz, pattern] : std::initializer_list<Case>{
+           {60, 60, "[1]"}, {50, 60, "[1,1,2,1,1]"}, {30, 60, "[2]"}, {20, 60, "[3]"}, {20, 144, "[7]"}}) {
+    Page page({rate, 1.0});
+    const std::string display = std::to_string(hz);
+    page.evaluate("animate(" + display + "); run(3000, " + display + ")");
+    // The same cycle over and over, from wherever in it the last draws begin.
+    const std::string repeats = page.evaluate("(() => { const p = " + std::string(pattern) +
+                                              ", s = spacings().slice(-40);"
+                                              "return p.some((_, o) => s.every((d, i) => d === p[(i + o) % p.length])) "
+                                              "|| s; })()");
+    EXPECT_EQ(repeats, "true") << rate << " FPS on " << hz << " Hz";
+  }
+}
+
+TEST(PageScripts, RunsALoopOnceHoweverOftenItIsQueued) {
+  Page page({60, 1.0});
+  page.evaluate(
+      "var calls = 0; const cb = () => { calls++; window.requestAnimationFrame(cb);"
+      "window.requestAnimationFrame(cb); }; cb(); calls = 0; run(100, 60)");
+  EXPECT_EQ(page.evaluate("calls"), page.evaluate("window.tavelle.frames"));
+  EXPECT_EQ(page.evaluate("natives.length"), "1") << "one native request at a time";
+}
+
+TEST(PageScripts, CancelsAndRestsWithoutCallbacks) {
+  Page page({60, 1.0});
+  page.evaluate(
+      "window.cancelAnimationFrame(window.requestAnimationFrame(() => { posted.push('ran') })); run(100, 60)");
+  EXPECT_EQ(page.evaluate("posted"), "[]");
+  EXPECT_EQ(page.evaluate("natives.length"), "0") << "nothing waits, nothing is asked of the display";
+}
+
+TEST(PageScripts, KeepsDrawingWhenACallbackThrows) {
+  Page page({60, 1.0});
+  page.evaluate(
+      "window.requestAnimationFrame(() => { throw new Error('boom') });"
+      "window.requestAnimationFrame(() => posted.push('second')); run(50, 60)");
+  EXPECT_EQ(page.evaluate("posted"), R"(["second"])");
+  EXPECT_EQ(page.evaluate("timers.map(t => { try { t() } catch (e) { return e.message } })"), R"(["boom"])");
+}
+
+TEST(PageScripts, ChangesSettingsInALoadedPage) {
+  Page page({60, 1.0});
+  page.evaluate("var moments = []; window.wallpaper = { renderAt: t => { moments.push(t); throw new Error('no') } };");
+  page.evaluate("var first = tavelle; tavelle.set(30, 0.5)");
+  EXPECT_EQ(page.evaluate("[moments, events]"), R"([[],["resize"]])") << "nothing was drawn that could be drawn again";
+  page.evaluate("animate(60); run(1000, 60); events = []");
+  page.evaluate(applyScript({20, 0.5}));
+  EXPECT_EQ(page.evaluate("[tavelle.fps, events]"), "[20,[]]") << "the scale is the same";
+  page.evaluate(applyScript({20, 0.35}));
+  EXPECT_EQ(page.evaluate("[tavelle.scale, events, moments.length]"), R"([0.35,["resize"],1])");
+  // The scripts again in the same page: settings, not a second wrapping.
+  page.evaluate(pageScripts({50, 1.0}).at(1));
+  EXPECT_EQ(page.evaluate("[tavelle === first, tavelle.fps]"), "[true,50]");
+  page.evaluate("tavelle.set('x', 7)");
+  EXPECT_EQ(page.evaluate("[tavelle.fps, tavelle.scale]"), "[60,1]");
+}
+
+TEST(PageScripts, TakesALongGapForAMissedFrameAndManyForASlowerDisplay) {
+  Page page({30, 1.0});
+  page.evaluate("animate(60); run(2000, 60); now += 300; draws = []; run(2000, 60)");
+  EXPECT_EQ(page.evaluate("spacings().slice(3).every(d => d === 2)"), "true") << "nothing is caught up";
+  page.evaluate("run(4000, 30); var before = window.tavelle.frames; run(3000, 30)");
+  EXPECT_NEAR(std::stod(page.evaluate("window.tavelle.frames - before")) / 3, 30, 1);
+}
+
+TEST(PageScripts, SendsErrorsToTheLog) {
+  Page page({60, 1.0});
+  page.evaluate("window.onerror({ message: 'Error: boom' }); console.error('a', 2)");
+  EXPECT_EQ(page.evaluate("posted"), R"(["js error: Error: boom","console.error: a 2"])");
+  EXPECT_EQ(page.evaluate("printed"), R"([["a",2]])");
+}
+
+}  // namespace
+}  // namespace tavelle

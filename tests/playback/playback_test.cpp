@@ -1,0 +1,248 @@
+// The running application's playback on a fake desktop: windows, pages, play state, frame settings, show.
+
+#include <gtest/gtest.h>
+
+#include "app/controller.h"
+#include "fakes/fake_platform.h"
+#include "playback/page_scripts.h"
+#include "playback/screen_signature.h"
+
+namespace tavelle {
+namespace {
+
+using Lines = std::vector<std::string>;
+using namespace std::string_literals;
+
+ScriptValue numbers(std::initializer_list<double> values) {
+  ScriptArray array;
+  for (const double value : values) array.push_back({value});
+  return {array};
+}
+
+struct Playback : testing::Test {
+  void launch() {
+    controller.applicationDidFinishLaunching();
+    platform.files.put("/home/Library/Logs/Tavelle.log");
+  }
+  void launchWith(const std::string& name) {
+    platform.addWallpaper(name);
+    launch();
+  }
+  FakeWindow& window(std::size_t fromEnd) { return *platform.windows.made.rbegin()[static_cast<long>(fromEnd)]; }
+  FakeWebView& page(std::size_t index) { return *platform.webViews.made.at(platform.webViews.made.size() - 2 + index); }
+  Wallpaper wallpaper(const std::string& name) { return {{controller.library() / name}}; }
+
+  FakePlatform platform;
+  Controller controller{platform};
+};
+
+TEST_F(Playback, CoversEachScreenWithItsOwnPage) {
+  launchWith("Waves");
+  ASSERT_EQ(platform.windows.made.size(), 2U);
+  for (std::size_t i = 0; i < 2; ++i) {
+    EXPECT_EQ(platform.windows.made[i]->screen.bounds, platform.screens.screens[i].bounds);
+    EXPECT_EQ(platform.windows.made[i]->content, &page(i));
+    EXPECT_TRUE(platform.windows.made[i]->visible);
+    EXPECT_EQ(page(i).loaded, std::vector<std::filesystem::path>{"/home/Pictures/Wallpapers/Waves/index.html"});
+    EXPECT_EQ(page(i).folder, "/home/Pictures/Wallpapers/Waves");
+  }
+}
+
+TEST_F(Playback, StaysOffScreenUntilThereIsSomethingToShow) {
+  launch();
+  EXPECT_FALSE(window(0).visible || window(1).visible);
+  EXPECT_TRUE(page(0).loaded.empty());
+  platform.addWallpaper("Waves");
+  controller.show(wallpaper("Waves"));
+  EXPECT_TRUE(window(0).visible && window(1).visible);
+  EXPECT_EQ(page(1).loaded.size(), 1U);
+}
+
+TEST_F(Playback, RebuildsOnceAfterABurstOfChanges) {
+  launchWith("Waves");
+  platform.screens.changed();
+  platform.mainLoop.turn(1);
+  EXPECT_EQ(platform.log(), Lines{}) << "nothing about the screens is different";
+
+  for (const double width : {800.0, 1024.0, 1366.0}) {
+    platform.screens.screens[1].frame.width = width;
+    platform.screens.changed();
+    platform.mainLoop.turn(0.2);
+  }
+  platform.mainLoop.turn(0.29);
+  EXPECT_EQ(platform.log(), Lines{});
+  platform.mainLoop.turn(0.02);
+  EXPECT_EQ(platform.log(), Lines{"showing on 2 display(s)"});
+
+  platform.screens.screens.clear();
+  platform.screens.changed();
+  platform.mainLoop.turn(0.5);
+  EXPECT_EQ(platform.log().back(), "showing on 0 display(s)");
+}
+
+TEST_F(Playback, SkipsARebuildWhenTheScreensComeBack) {
+  launchWith("Waves");
+  const auto before = platform.screens.screens;
+  platform.screens.screens.pop_back();
+  platform.screens.changed();
+  platform.screens.screens = before;
+  platform.mainLoop.turn(1);
+  EXPECT_EQ(platform.windows.made.size(), 2U);
+}
+
+TEST(ScreenSignature, JoinsTheFrames) {
+  EXPECT_EQ(screenSignature({}), "");
+  EXPECT_EQ(screenSignature({{"a", {0, 0, 1728, 1117}, {}}, {"b", {-1280.5, 0, 1280, 720}, {}}}),
+            "(0.0, 0.0, 1728.0, 1117.0)|(-1280.5, 0.0, 1280.0, 720.0)");
+}
+
+TEST_F(Playback, ReportsWhatHappensInPages) {
+  launchWith("Waves");
+  WebViewDelegate& delegate = page(0).delegate;
+  delegate.webViewDidFail(page(0), Error{"gone"});
+  delegate.webViewProcessDidTerminate(page(1));
+  for (const auto& body :
+       {ScriptValue{"text"s}, {5.0}, {2.5}, {true}, {}, numbers({1, 2}), {ScriptObject{"{\"a\":1}"}}}) {
+    delegate.webViewDidReceiveMessage(page(0), body);
+  }
+  delegate.webViewDidFinish(page(1));
+  page(1).answer(ScriptValue{"{\"title\":\"x\"}"s});
+  page(1).answer(Error{"script failed"});
+  EXPECT_EQ(platform.log(), (Lines{"load failed: gone", "web content process ended; reloading", "page: text", "page: 5",
+                                   "page: 2.5", "page: true", "page: nil", "page: [1, 2]", "page: {\"a\":1}",
+                                   "loaded: {\"title\":\"x\"}", "loaded: nil"}));
+  EXPECT_EQ(page(0).reloads, 0);
+  EXPECT_EQ(page(1).reloads, 1);
+}
+
+TEST_F(Playback, PausesAndPlaysEveryPage) {
+  launchWith("Waves");
+  page(0).delegate.webViewDidFinish(page(0));
+  EXPECT_EQ(page(0).scripts, (Lines{playJS, probeJS}));
+  controller.togglePause();
+  controller.applyPlayState(5);
+  EXPECT_EQ(page(0).scripts.back(), pauseJS);
+  EXPECT_EQ(page(1).scripts.back(), pauseJS);
+  page(1).delegate.webViewDidFinish(page(1));
+  EXPECT_EQ(page(1).scripts, (Lines{pauseJS, pauseJS, probeJS})) << "a page that loads while paused stops at once";
+  controller.togglePause();
+  EXPECT_EQ(page(1).scripts.back(), playJS);
+  EXPECT_EQ(platform.log(), (Lines{"paused", "resumed"}));
+}
+
+TEST_F(Playback, TakesOnlySensibleFrameSettings) {
+  for (const auto& [stored, rate] : std::initializer_list<std::pair<DefaultsValue, int>>{{std::int64_t{19}, 60},
+                                                                                         {std::int64_t{20}, 20},
+                                                                                         {std::int64_t{45}, 45},
+                                                                                         {std::int64_t{61}, 60},
+                                                                                         {29.9, 29},
+                                                                                         {1e300, 60},
+                                                                                         {"30"s, 60},
+                                                                                         {std::monostate{}, 60}}) {
+    platform.defaults.set("fps", stored);
+    EXPECT_EQ(controller.frameSettings().frameRate, rate);
+  }
+  for (const auto& [stored, scale] :
+       std::initializer_list<std::pair<DefaultsValue, double>>{{0.2, 1.0},
+                                                               {0.25, 0.25},
+                                                               {0.35, 0.35},
+                                                               {1.5, 1.0},
+                                                               {std::int64_t{1}, 1.0},
+                                                               {std::numeric_limits<double>::quiet_NaN(), 1.0},
+                                                               {"0.5"s, 1.0}}) {
+    platform.defaults.set("resolutionScale", stored);
+    EXPECT_EQ(controller.frameSettings().resolutionScale, scale);
+  }
+}
+
+TEST_F(Playback, AppliesFrameSettingsToThisPageAndTheNext) {
+  launchWith("Waves");
+  EXPECT_TRUE(page(0).settings.userScripts.at(1).ends_with("(window, 60, 1.0);"));
+  controller.chooseFrameRate(30);
+  controller.chooseResolution(0.35);
+  EXPECT_EQ(page(1).settings.userScripts.size(), 2U);
+  EXPECT_TRUE(page(1).settings.userScripts.at(1).ends_with("(window, 30, 0.35);"));
+  EXPECT_EQ(page(1).scripts.back(), "window.tavelle && tavelle.set(30, 0.35); 0");
+  EXPECT_EQ(platform.log(), (Lines{"frame rate 30 FPS, resolution 100%", "frame rate 30 FPS, resolution 35%"}));
+  EXPECT_EQ(platform.defaults.integer("fps"), 30);
+}
+
+TEST_F(Playback, MeasuresTheFirstScreensPage) {
+  launchWith("Waves");
+  page(1).delegate.webViewDidFinish(page(1));
+  platform.mainLoop.turn(3);
+  EXPECT_EQ(page(1).scripts.back(), probeJS) << "other screens are not measured";
+
+  page(0).delegate.webViewDidFinish(page(0));
+  platform.mainLoop.turn(1.9);
+  EXPECT_EQ(page(0).scripts.back(), probeJS);
+  platform.mainLoop.turn(0.2);
+  ASSERT_EQ(page(0).scripts.back(), samplingJS);
+  page(0).answer(numbers({100, 5000, 1728, 1117}));
+  platform.mainLoop.turn(3);
+  controller.togglePause();
+  page(0).scripts.pop_back();
+  page(0).answers.pop_back();
+  page(0).answer(numbers({189.0, 7990, 1728, 1117}));
+  EXPECT_EQ(platform.log().back(), "measured 29.8 FPS (setting 60, paused), canvas 1728x1117");
+}
+
+TEST_F(Playback, EndsAMeasurementSilently) {
+  const auto good = numbers({1, 1000, 0, 0});
+  for (const auto& [first, second] : std::initializer_list<std::pair<Result<ScriptValue>, Result<ScriptValue>>>{
+           {ScriptValue{0.0}, good},
+           {numbers({1, 2, 3}), good},
+           {Error{"gone"}, good},
+           {good, ScriptValue{ScriptArray{{1.0}, {2.0}, {3.0}, {"4"s}}}},
+           {good, numbers({1, 1000, 0, 0})}}) {
+    FakePlatform fresh;
+    fresh.addWallpaper("Waves");
+    Controller measuring(fresh);
+    measuring.applicationDidFinishLaunching();
+    measuring.chooseFrameRate(60);
+    const auto lines = fresh.log().size();
+    const FakeWebView& view = *fresh.webViews.made.front();
+    view.answer(first);
+    fresh.mainLoop.turn(3);
+    if (view.answers.size() > 2) view.answer(second);
+    EXPECT_EQ(fresh.log().size(), lines);
+  }
+}
+
+TEST_F(Playback, ForgetsAMeasurementWhenThePageHasGone) {
+  launchWith("Waves");
+  controller.chooseFrameRate(60);
+  page(0).answer(numbers({1, 1000, 0, 0}));
+  controller.buildWindows();
+  platform.mainLoop.turn(10);
+  EXPECT_EQ(platform.log().back(), "showing on 2 display(s)");
+}
+
+TEST_F(Playback, ShowsAWallpaperEverywhere) {
+  launchWith("Waves");
+  platform.addWallpaper("Dunes");
+  platform.files.put("/home/Pictures/Wallpapers/Dunes/still.jpg");
+  platform.desktopPicture.refusing = "left";
+  controller.show(wallpaper("Dunes"));
+  EXPECT_EQ(platform.log(), (Lines{"couldn't set the System Settings wallpaper: no", "showing Dunes"}));
+  EXPECT_EQ(platform.desktopPicture.pictures.at("right"), controller.library() / "Dunes/still.jpg");
+  EXPECT_EQ(platform.defaults.string("wallpaper"), "Dunes");
+  EXPECT_EQ(platform.defaults.stringArray("recentWallpapers"), (Lines{"Dunes", "Waves"}));
+  EXPECT_EQ(page(1).loaded.back(), controller.library() / "Dunes/index.html");
+  EXPECT_EQ(platform.windows.made.size(), 2U) << "the windows are kept";
+
+  controller.show(wallpaper("Waves"));
+  controller.show(wallpaper("Waves"));
+  EXPECT_EQ(page(0).loaded.size(), 4U);
+  EXPECT_EQ(platform.desktopPicture.pictures.at("right").parent_path().filename(), "Dunes") << "Waves has no still";
+}
+
+TEST_F(Playback, OpensTheFolderAndQuits) {
+  controller.showFolder();
+  controller.quit();
+  EXPECT_EQ(platform.workspace.opened, std::vector<std::filesystem::path>{"/home/Pictures/Wallpapers"});
+  EXPECT_TRUE(platform.application.terminated);
+}
+
+}  // namespace
+}  // namespace tavelle
