@@ -11,8 +11,6 @@ import subprocess
 import tempfile
 import time
 
-MODE = {"size": "1280x720", "line": "1280x720_60 74.50 1280 1344 1472 1664 720 723 728 748 -hsync +vsync"}
-
 XORG_CONFIGURATION = """
 Section "ServerFlags"
   Option "AutoAddDevices" "false"
@@ -85,9 +83,10 @@ def end(process, seconds=10):
 class VirtualDesktop:
     """Use as a context manager; everything that it starts ends with it."""
 
-    def __init__(self, monitors=1, window_manager=True):
+    def __init__(self, monitors=1, window_manager=True, size="1280x720"):
         self._monitors = monitors
         self._window_manager = window_manager
+        self._size = size
         self._processes = []
         self.folder = None
         self.environment = None
@@ -132,8 +131,8 @@ class VirtualDesktop:
         if not number:
             raise RuntimeError("the X server did not start:\n" + (self.folder / "xorg.log").read_text()[-2000:])
         self.environment["DISPLAY"] = f":{number}"
-        self.run("xrandr", "--output", "DUMMY0", "--primary", "--mode", "1280x720", "--pos", "0x0")
-        self.run("xrandr", "--fb", "1280x720")
+        self.run("xrandr", "--output", "DUMMY0", "--primary", "--mode", self._size, "--pos", "0x0")
+        self.run("xrandr", "--fb", self._size)
 
     def _start_bus(self):
         bus = self.start(["dbus-daemon", "--session", "--nofork", "--print-address=1"], stdout=subprocess.PIPE)

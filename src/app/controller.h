@@ -27,6 +27,8 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
  public:
   /// Touches no file and shows nothing, so that the command line can use a controller just to reach the library.
   explicit Controller(const Platform& platform);
+  Controller(const Controller&) = delete;
+  Controller& operator=(const Controller&) = delete;
   ~Controller() override;
 
   // --- Application (app/)

@@ -1,12 +1,12 @@
 #include "platform/linux/atomic_write.h"
 
 #include <fcntl.h>
-#include <stdio.h>
-#include <stdlib.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
+#include <cstdlib>
 #include <string>
 
 #include "platform/linux/file_descriptor.h"

@@ -56,7 +56,7 @@ std::string IcuTextOrder::fileBrowserKey(std::string_view name) const {
   if (!collator_) collator_ = makeCollator();
   if (!collator_) return std::string(name);
   const icu::UnicodeString text = unicode(name);
-  std::array<std::uint8_t, 256> buffer;
+  std::array<std::uint8_t, 256> buffer{};
   const auto capacity = static_cast<std::int32_t>(buffer.size());
   // The length counts a zero byte at the end, which does not belong to the order.
   const std::int32_t length = collator_->getSortKey(text, buffer.data(), capacity);

@@ -2,9 +2,9 @@
 
 #include <fcntl.h>
 #include <gio/gio.h>
-#include <stdio.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <system_error>
 
 #include "app/text.h"

@@ -1,12 +1,12 @@
 #include "platform/linux/plist_defaults.h"
 
 #include <fcntl.h>
-#include <stdio.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <fstream>
 #include <iterator>
 #include <system_error>
@@ -28,7 +28,7 @@ constexpr int mostDamagedFiles = 100;
 std::optional<DefaultsValue> PlistDefaults::value(std::string_view key) const {
   if (const auto unsaved = unsaved_.find(key); unsaved != unsaved_.end()) return unsaved->second;
   refresh();
-  const plist_t node = stored_ ? plist_dict_get_item(stored_.get(), std::string(key).c_str()) : nullptr;
+  plist_t node = stored_ ? plist_dict_get_item(stored_.get(), std::string(key).c_str()) : nullptr;
   return node ? std::optional(defaultsValue(node)) : std::nullopt;
 }
 

@@ -18,7 +18,7 @@ std::string text(plist_t node) {
 std::optional<std::vector<std::string>> textArray(plist_t node) {
   std::vector<std::string> texts;
   for (std::uint32_t i = 0; i < plist_array_get_size(node); ++i) {
-    const plist_t element = plist_array_get_item(node, i);
+    plist_t element = plist_array_get_item(node, i);
     if (plist_get_node_type(element) != PLIST_STRING) return std::nullopt;
     texts.push_back(text(element));
   }
@@ -33,7 +33,7 @@ struct NodeMaker {
   plist_t operator()(double value) const { return plist_new_real(value); }
   plist_t operator()(bool value) const { return plist_new_bool(value ? 1 : 0); }
   plist_t operator()(const std::vector<std::string>& values) const {
-    const plist_t array = plist_new_array();
+    plist_t array = plist_new_array();
     for (const std::string& value : values) plist_array_append_item(array, plist_new_string(value.c_str()));
     return array;
   }

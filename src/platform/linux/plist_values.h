@@ -19,7 +19,7 @@ PlistPtr plistNode(const DefaultsValue& value);
 /// The dictionary that `bytes` hold, as XML or in the binary form; none when they hold none.
 PlistPtr parsedDictionary(std::string_view bytes);
 
-/// The property list in the binary form, which holds every text as it is.
+/// The property list as XML.
 std::string serialized(plist_t node);
 
 }  // namespace tavelle
