@@ -2,6 +2,8 @@
 
 #include <dlfcn.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdlib>
 
 #include "platform/linux/standard_paths.h"
@@ -9,11 +11,11 @@
 namespace tavelle {
 
 bool hasDisplay() {
-  for (const char* variable : {"DISPLAY", "WAYLAND_DISPLAY"}) {
-    const char* value = std::getenv(variable);
-    if (value && *value) return true;
-  }
-  return false;
+  constexpr std::array variables{"DISPLAY", "WAYLAND_DISPLAY"};
+  return std::any_of(variables.begin(), variables.end(), [](const char* variable) {
+    const char* const value = std::getenv(variable);
+    return value && *value;
+  });
 }
 
 Result<std::unique_ptr<DesktopServices>> openDesktop() {

@@ -2,14 +2,12 @@
 
 #include <gio/gio.h>
 
-#include "platform/linux/handles.h"
+#include "platform/linux/file_uri.h"
 
 namespace tavelle {
 
 void GioWorkspace::openFolder(const std::filesystem::path& folder) {
-  const auto file = adopt(g_file_new_for_path(folder.c_str()));
-  const GCharPtr uri(g_file_get_uri(file.get()));
-  g_app_info_launch_default_for_uri_async(uri.get(), nullptr, nullptr, nullptr, nullptr);
+  g_app_info_launch_default_for_uri_async(fileUri(folder).c_str(), nullptr, nullptr, nullptr, nullptr);
 }
 
 }  // namespace tavelle

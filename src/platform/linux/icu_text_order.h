@@ -12,6 +12,8 @@ namespace tavelle {
 class IcuTextOrder final : public TextOrder {
  public:
   IcuTextOrder();
+  IcuTextOrder(const IcuTextOrder&) = delete;
+  IcuTextOrder& operator=(const IcuTextOrder&) = delete;
   ~IcuTextOrder() override;
 
   std::string fileBrowserKey(std::string_view name) const override;

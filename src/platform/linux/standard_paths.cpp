@@ -17,7 +17,10 @@ fs::path prefix() {
 
 }  // namespace
 
-fs::path homeFolder() { return g_get_home_dir(); }
+fs::path homeFolder() {
+  std::error_code code;
+  return fs::absolute(g_get_home_dir(), code);
+}
 
 fs::path defaultsFile() { return fs::path(g_get_user_config_dir()) / "tavelle/defaults.plist"; }
 

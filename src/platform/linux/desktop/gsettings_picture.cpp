@@ -2,12 +2,13 @@
 
 #include <gio/gio.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <string_view>
 #include <utility>
 
-#include "platform/linux/desktop/page_isolation.h"
+#include "platform/linux/file_uri.h"
 #include "platform/linux/handles.h"
 
 namespace tavelle {

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "app/text.h"
+#include "platform/linux/file_uri.h"
 #include "platform/linux/handles.h"
 
 namespace tavelle {
@@ -86,11 +87,6 @@ void compiled(GObject* store, GAsyncResult* result, gpointer data) {
 }
 
 }  // namespace
-
-std::string fileUri(const fs::path& file) {
-  const GCharPtr uri(g_filename_to_uri(file.c_str(), nullptr, nullptr));
-  return uri ? uri.get() : std::string();
-}
 
 std::vector<fs::path> linksLeadingOut(const fs::path& folder) {
   std::vector<fs::path> links;

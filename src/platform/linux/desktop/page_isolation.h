@@ -11,9 +11,6 @@
 
 namespace tavelle {
 
-/// The file's address, with every byte escaped that an address cannot hold.
-std::string fileUri(const std::filesystem::path& file);
-
 /// The symbolic links in `folder` and below it that lead to somewhere outside it, or nowhere.
 std::vector<std::filesystem::path> linksLeadingOut(const std::filesystem::path& folder);
 

@@ -17,6 +17,8 @@ void tellProcess(WebKitWebExtension*, WebKitWebPage* page) {
 
 }  // namespace
 
+// The engine gives the name.
+// NOLINTNEXTLINE(readability-identifier-naming)
 extern "C" [[gnu::visibility("default")]] void webkit_web_extension_initialize(WebKitWebExtension* extension) {
   withdrawSessionBus();
   g_signal_connect(extension, "page-created", G_CALLBACK(tellProcess), nullptr);

@@ -5,6 +5,7 @@
 #include "app/text.h"
 #include "platform/linux/desktop/page_isolation.h"
 #include "platform/linux/desktop/script_values.h"
+#include "platform/linux/file_uri.h"
 
 namespace tavelle {
 namespace {
