@@ -63,14 +63,12 @@ void copyCurrentPicture(Display* display, Pixmap target) {
   unsigned height = 0;
   unsigned border = 0;
   unsigned depth = 0;
-  // The property may be left over from a program that took its pixmap along when it ended.
-  gdk_x11_display_error_trap_push(gdk_display_get_default());
+  // The property may be left over from a program that took its pixmap along. Errors on connections that are not the
+  // toolkit's own are passed over by its error handler.
   if (XGetGeometry(display, *current, &root, &x, &y, &width, &height, &border, &depth) &&
       depth == static_cast<unsigned>(DefaultDepth(display, DefaultScreen(display)))) {
     XCopyArea(display, *current, target, DefaultGC(display, DefaultScreen(display)), 0, 0, width, height, 0, 0);
   }
-  XSync(display, False);
-  gdk_x11_display_error_trap_pop_ignored(gdk_display_get_default());
 }
 
 void paint(cairo_t* cairo, GdkPixbuf* picture, const PixelRect& place) {
@@ -86,23 +84,19 @@ void paint(cairo_t* cairo, GdkPixbuf* picture, const PixelRect& place) {
   cairo_paint(cairo);
 }
 
-/// Makes `pixmap` the root window's picture and frees the one before, as the convention has it: each picture belongs to
-/// a client that has gone and left it behind.
+/// Makes `pixmap` the root window's picture and frees the one before, as the convention has it: a picture under both
+/// names belongs to a client that has gone and left it behind.
 void publish(Display* display, Pixmap pixmap) {
   const Window root = DefaultRootWindow(display);
   const auto previous = pixmapProperty(display, pictureProperties[1]);
+  const bool leftBehind = previous && previous == pixmapProperty(display, pictureProperties[0]);
   for (const char* name : pictureProperties) {
     XChangeProperty(display, root, XInternAtom(display, name, False), XA_PIXMAP, 32, PropModeReplace,
                     reinterpret_cast<const unsigned char*>(&pixmap), 1);
   }
   XSetWindowBackgroundPixmap(display, root, pixmap);
   XClearWindow(display, root);
-  if (previous) {
-    gdk_x11_display_error_trap_push(gdk_display_get_default());
-    XKillClient(display, *previous);
-    XSync(display, False);
-    gdk_x11_display_error_trap_pop_ignored(gdk_display_get_default());
-  }
+  if (leftBehind) XKillClient(display, *previous);
   XSetCloseDownMode(display, RetainPermanent);
   XSync(display, False);
 }

@@ -48,6 +48,7 @@ WebKitView::WebKitView(WebKitWebContext* context, WebKitSettings* engineSettings
 }
 
 WebKitView::~WebKitView() {
+  self_.reset();
   if (preparation_) g_cancellable_cancel(preparation_.get());
   g_signal_handlers_disconnect_by_data(view_.get(), this);
   g_signal_handlers_disconnect_by_data(content_.get(), this);
@@ -143,8 +144,8 @@ void WebKitView::evaluate(const std::string& script, Answer answer) {
     answered->answer(value ? Result<ScriptValue>(scriptValue(value.get()))
                            : Result<ScriptValue>(Error{escapedUtf8(error.message())}));
   };
-  webkit_web_view_evaluate_javascript(view_.get(), script.c_str(), -1, nullptr, nullptr, nullptr, finish,
-                                      pending.release());
+  webkit_web_view_evaluate_javascript(view_.get(), script.c_str(), static_cast<gssize>(script.size()), nullptr, nullptr,
+                                      nullptr, finish, pending.release());
 }
 
 void WebKitView::setUserScripts(const std::vector<std::string>& scripts) {
@@ -173,8 +174,9 @@ void WebKitView::processEnded() {
 }
 
 void WebKitView::userMessageReceived(WebKitUserMessage* message) {
-  if (std::string_view(webkit_user_message_get_name(message)) != "process") return;
-  watch_.processStarted(g_variant_get_int32(webkit_user_message_get_parameters(message)));
+  GVariant* const process = webkit_user_message_get_parameters(message);
+  if (process && g_variant_is_of_type(process, G_VARIANT_TYPE_INT32))
+    watch_.processStarted(g_variant_get_int32(process));
 }
 
 void WebKitView::messageReceived(WebKitJavascriptResult* message) {
