@@ -46,10 +46,11 @@ std::string anySpellingOf(std::string_view name) {
       continue;
     }
     const auto byte = static_cast<std::uint8_t>(c);
-    const bool plain = byte > 0x20 && byte < 0x7F && std::string_view(R"(\]^[-"%)").find(c) == std::string_view::npos;
+    const bool isAlphanumeric = g_ascii_isalnum(c);
+    // What is no printable ASCII character never stands in an address as it is.
+    const std::string itself = !g_ascii_isgraph(c) ? "" : isAlphanumeric ? std::string{c} : std::string{'\\', '\\', c};
     const auto digit = [&](unsigned value) { return std::string{'[', upper[value], lower[value], ']', '?'}; };
-    expression += plain ? std::string{'[', c, '%', ']'} : std::string("%");
-    expression += digit(byte >> 4U) + digit(byte & 15U);
+    expression += "[" + itself + "%]" + digit(byte >> 4U) + digit(byte & 15U);
   }
   return expression;
 }
@@ -88,8 +89,8 @@ void compiled(GObject* store, GAsyncResult* result, gpointer data) {
 
 }  // namespace
 
-std::vector<fs::path> linksLeadingOut(const fs::path& folder) {
-  std::vector<fs::path> links;
+FolderLinks linksIn(const fs::path& folder) {
+  FolderLinks links;
   std::error_code code;
   const fs::path real = fs::canonical(folder, code);
   if (code) return links;
@@ -98,20 +99,26 @@ std::vector<fs::path> linksLeadingOut(const fs::path& folder) {
     std::error_code ignored;
     if (!entry->is_symlink(ignored)) continue;
     const fs::path target = fs::canonical(entry->path(), ignored);
-    if (ignored || !isInside(target, real)) links.push_back(entry->path());
+    if (ignored || !isInside(target, real)) {
+      links.leadingOut.push_back(entry->path());
+    } else if (fs::is_directory(target, ignored)) {
+      links.toFoldersWithin = true;
+    }
   }
   return links;
 }
 
-std::string isolationRules(const fs::path& folder, const std::vector<fs::path>& blockedLinks) {
+std::string isolationRules(const fs::path& folder, const FolderLinks& links) {
   const std::string prefix = "^" + quotedForExpression(fileUri(folder)) + "/";
   std::string rules = "[" + rule("^file:", "block") + "," + rule(prefix, "ignore-previous-rules");
   // A separator in disguise: the engine takes "..%2F" for a plain name where it compares, and for a way up where it
   // reads.
   rules += "," + rule("^file:.*%2[fF]", "block");
-  for (const fs::path& link : blockedLinks) {
-    const std::string name = prefix + anySpellingOf(link.lexically_relative(folder).native());
-    rules += "," + rule(name + "$", "block") + "," + rule(name + "[/?#]", "block");
+  for (const fs::path& link : links.leadingOut) {
+    // With several paths to one place a link is known by its own name only, wherever in the folder that stands.
+    const std::string path = links.toFoldersWithin ? "(.*/)?" + anySpellingOf(link.filename().native())
+                                                   : anySpellingOf(link.lexically_relative(folder).native());
+    rules += "," + rule(prefix + path + "$", "block") + "," + rule(prefix + path + "[/?#]", "block");
   }
   return rules + "]";
 }
@@ -126,7 +133,7 @@ void isolationFilter(const fs::path& folder, GCancellable* cancellable,
   if (temporary) compilation->folder = temporary.get();
   // Where no folder can be made, saving fails below and says so.
   compilation->store = adopt(webkit_user_content_filter_store_new(temporary ? temporary.get() : "/nonexistent"));
-  const std::string rules = isolationRules(folder, linksLeadingOut(folder));
+  const std::string rules = isolationRules(folder, linksIn(folder));
   const GBytesPtr bytes(g_bytes_new(rules.data(), rules.size()));
   auto* const store = compilation->store.get();
   webkit_user_content_filter_store_save(store, "page", bytes.get(), nullptr, compiled, compilation.release());

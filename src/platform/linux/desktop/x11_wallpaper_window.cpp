@@ -26,6 +26,11 @@ class X11WallpaperWindow final : public WallpaperWindow {
     window_.set_default_size(place_.width, place_.height);
     window_.move(place_.x, place_.y);
     window_.signal_realize().connect([this] { prepareSurface(); });
+    // Some window managers give the frame that they put around a window its shape only when they see it change.
+    window_.signal_map_event().connect([this](GdkEventAny*) {
+      letClicksThrough();
+      return false;
+    });
     paintBlack();
     gtk_widget_realize(GTK_WIDGET(window_.gobj()));
   }
@@ -62,9 +67,11 @@ class X11WallpaperWindow final : public WallpaperWindow {
                                                gdk_atom_intern_static_string("_NET_WM_WINDOW_TYPE_DESKTOP"));
   }
 
+  void letClicksThrough() { window_.input_shape_combine_region(Cairo::Region::create()); }
+
   void prepareSurface() {
+    letClicksThrough();
     const auto surface = window_.get_window();
-    surface->input_shape_combine_region(Cairo::Region::create(), 0, 0);
     // The server itself fills what nobody has painted yet, from the moment the window appears.
     GdkDisplay* const display = gdk_display_get_default();
     XSetWindowBackground(gdk_x11_display_get_xdisplay(display), gdk_x11_window_get_xid(surface->gobj()),
