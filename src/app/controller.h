@@ -84,7 +84,7 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   void rebuildIfNeeded();
   void load(WebView& view);
   void applyFrameSettings();
-  void measureFrameRate(double seconds);
+  void measureFrameRate();
   void finishMeasurement(const FrameSample& first, const FrameSample& second);
 
   Platform platform_;

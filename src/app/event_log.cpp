@@ -26,7 +26,7 @@ void Controller::log(const std::string& message) {
   const std::string line = eventLogLine(platform_.clock.now(), message);
   // Opened for each line, so that the user may move or delete the file at any time. There is nobody to tell when the
   // line cannot be written, and nothing else may suffer from it.
-  if (!platform_.files.append(logFile_, line)) static_cast<void>(platform_.files.write(logFile_, line));
+  static_cast<void>(platform_.files.append(logFile_, line));
 }
 
 }  // namespace tavelle

@@ -1,23 +1,19 @@
 #include "app/launch.h"
 
-#include <algorithm>
-
 #include "app/controller.h"
+#include "library/listing.h"
 #include "platform/screens.h"
 #include "platform/text_order.h"
 #include "platform/user_defaults.h"
+#include "playback/show.h"
 
 namespace tavelle {
 
 std::optional<Wallpaper> initialWallpaper(const std::vector<Wallpaper>& all, const std::optional<std::string>& stored,
                                           const TextOrder& order) {
-  for (const auto& wanted : {stored, std::optional<std::string>("Starship Liftoff")}) {
-    if (!wanted) continue;
-    const auto found = std::find_if(
-        all.begin(), all.end(),
-        [&, name = order.canonical(*wanted)](const Wallpaper& each) { return order.canonical(each.name()) == name; });
-    if (found != all.end()) return *found;
-  }
+  auto found = stored ? findNamed(all, *stored, order) : std::nullopt;
+  if (!found) found = findNamed(all, "Starship Liftoff", order);
+  if (found) return found;
   return all.empty() ? std::nullopt : std::optional(all.front());
 }
 
@@ -31,7 +27,7 @@ void Controller::applicationDidFinishLaunching() {
 }
 
 void Controller::restoreWallpaper() {
-  current_ = initialWallpaper(wallpapers(), platform_.defaults.string("wallpaper"), platform_.textOrder);
+  current_ = initialWallpaper(wallpapers(), platform_.defaults.string(wallpaperKey), platform_.textOrder);
   if (current_) remember(*current_);
 }
 

@@ -61,20 +61,21 @@ int runApplication() {
   static_cast<void>(files.createFolders(home / "Library/Logs"));
 
   Application& application = (*desktop)->application();
-  Controller controller({.application = application,
-                         .clock = clock,
-                         .desktopPicture = (*desktop)->desktopPicture(),
-                         .files = files,
-                         .mainLoop = mainLoop,
-                         .screens = (*desktop)->screens(),
-                         .textOrder = textOrder,
-                         .defaults = defaults,
-                         .windows = (*desktop)->windows(),
-                         .webViews = (*desktop)->webViews(),
-                         .workspace = workspace,
-                         .home = home,
-                         .resources = resourceFolder()});
-  offerCommands(application, controller);
+  const Platform platform{.application = application,
+                          .clock = clock,
+                          .desktopPicture = (*desktop)->desktopPicture(),
+                          .files = files,
+                          .mainLoop = mainLoop,
+                          .screens = (*desktop)->screens(),
+                          .textOrder = textOrder,
+                          .defaults = defaults,
+                          .windows = (*desktop)->windows(),
+                          .webViews = (*desktop)->webViews(),
+                          .workspace = workspace,
+                          .home = home,
+                          .resources = resourceFolder()};
+  Controller controller(platform);
+  offerCommands(platform, controller);
   return application.run(controller);
 }
 

@@ -38,6 +38,13 @@ std::vector<Wallpaper> listWallpapers(const std::filesystem::path& library, cons
   return sorted;
 }
 
+std::optional<Wallpaper> findNamed(const std::vector<Wallpaper>& all, const std::string& name, const TextOrder& order) {
+  const auto found = std::find_if(all.begin(), all.end(), [&, wanted = order.canonical(name)](const Wallpaper& each) {
+    return order.canonical(each.name()) == wanted;
+  });
+  return found == all.end() ? std::nullopt : std::optional(*found);
+}
+
 std::vector<std::string> withMostRecent(const std::vector<std::string>& recents, const std::string& name,
                                         const TextOrder& order) {
   std::vector<std::string> result{name};

@@ -16,6 +16,9 @@ class TextOrder;
 /// equals keep the file system's order. Empty when the folder cannot be read.
 std::vector<Wallpaper> listWallpapers(const std::filesystem::path& library, const Files& files, const TextOrder& order);
 
+/// The first of `all` that is named so; none when there is none.
+std::optional<Wallpaper> findNamed(const std::vector<Wallpaper>& all, const std::string& name, const TextOrder& order);
+
 /// `recents` with `name` at its head and nowhere else, at most 30 names.
 std::vector<std::string> withMostRecent(const std::vector<std::string>& recents, const std::string& name,
                                         const TextOrder& order);

@@ -41,11 +41,9 @@ class Files {
   /// complete: after a failure, or a crash half way, there is no half copy under that name.
   virtual Result<void> copy(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
 
-  /// Adds `bytes` at the end of the existing file `path`; fails when it cannot be opened for writing.
+  /// Adds `bytes` at the end of the file `path`, which is made when it does not exist; folders are not. What the file
+  /// held before stays, whatever happens.
   virtual Result<void> append(const std::filesystem::path& path, std::string_view bytes) = 0;
-
-  /// Makes `bytes` the whole content of `path`, in place. It does not make missing folders.
-  virtual Result<void> write(const std::filesystem::path& path, std::string_view bytes) = 0;
 };
 
 }  // namespace tavelle

@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -59,9 +60,10 @@ class WebView {
   /// Loads again what was loaded last, also when the page process has gone.
   virtual void reload() = 0;
 
-  /// Runs `script` in the page and hands on what it answers. `answer` may be empty. It is called once on the main loop,
-  /// with an error when the script threw or the page went away; never when the view is destroyed before that.
-  virtual void evaluate(const std::string& script, Answer answer) = 0;
+  /// Runs `script` in the page, without the rights that a user's gesture would give it, and hands on what it answers.
+  /// `answer` may be empty. It is called once on the main loop, with an error when the script threw or the page went
+  /// away; never when the view is destroyed before that.
+  virtual void evaluate(std::string_view script, Answer answer) = 0;
 
   /// Replaces the scripts that run before the page's own ones, in the top frame, in this order. In force from the next
   /// load on.

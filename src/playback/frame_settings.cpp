@@ -69,15 +69,15 @@ void Controller::applyFrameSettings() {
     webView->evaluate(applyScript(settings), {});
   }
   log(describe(settings));
-  measureFrameRate(measurementLength);
+  measureFrameRate();
 }
 
-void Controller::measureFrameRate(double seconds) {
+void Controller::measureFrameRate() {
   if (webViews_.empty()) return;
-  webViews_.front()->evaluate(samplingJS, [this, seconds](const Result<ScriptValue>& answer) {
+  webViews_.front()->evaluate(samplingJS, [this](const Result<ScriptValue>& answer) {
     const auto first = frameSample(answer);
     if (!first || webViews_.empty()) return;
-    pending_.after(seconds, [this, first = *first, page = std::weak_ptr(webViews_.front())] {
+    pending_.after(measurementLength, [this, first = *first, page = std::weak_ptr(webViews_.front())] {
       // The windows may have been rebuilt meanwhile; a page that has gone is not measured.
       const auto view = page.lock();
       if (!view) return;

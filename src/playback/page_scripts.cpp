@@ -4,11 +4,11 @@
 
 namespace tavelle {
 
-const std::string errorJS =
+constexpr std::string_view errorJS =
     R"js(window.addEventListener('error', e => window.webkit.messageHandlers.log.postMessage('js error: ' + e.message));
 (() => { const original = console.error; console.error = (...a) => { window.webkit.messageHandlers.log.postMessage('console.error: ' + a.join(' ')); original(...a); }; })();)js";
 
-const std::string framesJS = R"js(function (w, fps, scale) {
+constexpr std::string_view framesJS = R"js(function (w, fps, scale) {
   // Tavelle's Frame Rate and Resolution settings, for any wallpaper page.
   // It wraps requestAnimationFrame, so a page's animation loop runs at the chosen rate (20 to 60 FPS)
   // without changes, and pages that size their canvas by window.tavelle.scale render fewer pixels.
@@ -66,16 +66,16 @@ const std::string framesJS = R"js(function (w, fps, scale) {
   return tv;
 })js";
 
-const std::string pauseJS =
+constexpr std::string_view pauseJS =
     "window.wallpaper && wallpaper.pause(); document.querySelectorAll('video').forEach(v => v.pause());";
 
-const std::string playJS =
+constexpr std::string_view playJS =
     "window.wallpaper && wallpaper.play(); document.querySelectorAll('video').forEach(v => v.play());";
 
-const std::string probeJS =
+constexpr std::string_view probeJS =
     "JSON.stringify({title: document.title, size: [innerWidth, innerHeight, devicePixelRatio]})";
 
-const std::string samplingJS =
+constexpr std::string_view samplingJS =
     "window.tavelle ? [tavelle.frames, performance.now(), (document.querySelector('canvas') || {}).width || 0, "
     "(document.querySelector('canvas') || {}).height || 0] : 0";
 
@@ -85,8 +85,8 @@ std::string applyScript(const FrameSettings& settings) {
 }
 
 std::vector<std::string> pageScripts(const FrameSettings& settings) {
-  return {errorJS, "(" + framesJS + ")(window, " + std::to_string(settings.frameRate) + ", " +
-                       shortestDecimal(settings.resolutionScale) + ");"};
+  return {std::string(errorJS), "(" + std::string(framesJS) + ")(window, " + std::to_string(settings.frameRate) + ", " +
+                                    shortestDecimal(settings.resolutionScale) + ");"};
 }
 
 }  // namespace tavelle

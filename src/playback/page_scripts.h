@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "playback/frame_settings.h"
@@ -8,22 +9,22 @@
 namespace tavelle {
 
 /// Sends the page's uncaught errors and its console errors to the message handler "log".
-extern const std::string errorJS;
+extern const std::string_view errorJS;
 
 /// A function of the page's window, a frame rate and a resolution scale that paces the page's animation frames and
 /// makes `window.tavelle`.
-extern const std::string framesJS;
+extern const std::string_view framesJS;
 
 /// Pause or play every video of the page, and whatever the page moves itself.
-extern const std::string pauseJS;
-extern const std::string playJS;
+extern const std::string_view pauseJS;
+extern const std::string_view playJS;
 
 /// Answers a JSON text with the page's title and its size: width, height, device pixel ratio.
-extern const std::string probeJS;
+extern const std::string_view probeJS;
 
 /// Answers [draws so far, the page's clock in ms, width and height of its first canvas], or 0 when the page's animation
 /// frames are not paced.
-extern const std::string samplingJS;
+extern const std::string_view samplingJS;
 
 /// Puts `settings` in force in a loaded page.
 std::string applyScript(const FrameSettings& settings);

@@ -10,7 +10,6 @@ namespace {
 
 /// A page takes a moment to reach its pace after it has loaded.
 constexpr double measurementDelay = 2.0;
-constexpr double measurementLength = 3.0;
 
 }  // namespace
 
@@ -26,7 +25,7 @@ void Controller::webViewDidFinish(WebView& view) {
   view.evaluate(
       probeJS, [this](const Result<ScriptValue>& answer) { log("loaded: " + (answer ? scriptText(*answer) : "nil")); });
   if (!webViews_.empty() && &*webViews_.front() == &view) {
-    pending_.after(measurementDelay, [this] { measureFrameRate(measurementLength); });
+    pending_.after(measurementDelay, [this] { measureFrameRate(); });
   }
 }
 

@@ -1,3 +1,5 @@
+#include "playback/show.h"
+
 #include "app/controller.h"
 #include "platform/desktop_picture.h"
 #include "platform/screens.h"
@@ -8,7 +10,7 @@ namespace tavelle {
 
 void Controller::show(const Wallpaper& wallpaper) {
   current_ = wallpaper;
-  platform_.defaults.set("wallpaper", wallpaper.name());
+  platform_.defaults.set(wallpaperKey, wallpaper.name());
   remember(wallpaper);
   for (const auto& webView : webViews_) load(*webView);
   for (const auto& window : windows_) {

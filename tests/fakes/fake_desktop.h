@@ -64,8 +64,8 @@ struct FakeWebView final : WebView {
     folder = readable;
   }
   void reload() override { ++reloads; }
-  void evaluate(const std::string& script, Answer answer) override {
-    scripts.push_back(script);
+  void evaluate(std::string_view script, Answer answer) override {
+    scripts.emplace_back(script);
     answers.push_back(std::move(answer));
   }
   void setUserScripts(const std::vector<std::string>& scriptTexts) override { settings.userScripts = scriptTexts; }

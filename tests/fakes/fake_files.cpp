@@ -53,19 +53,17 @@ Result<void> FakeFiles::copy(const fs::path& from, const fs::path& to) {
 
 Result<void> FakeFiles::append(const fs::path& path, std::string_view bytes) {
   const auto found = objects_.find(path);
-  if (found == objects_.end() || found->second.folder || isBroken(path)) return Error{"can't open"};
+  if (found == objects_.end()) return make(path, {false, std::string(bytes), {}});
+  if (found->second.folder || isBroken(path)) return Error{"can't open"};
   found->second.content += bytes;
   return {};
-}
-
-Result<void> FakeFiles::write(const fs::path& path, std::string_view bytes) {
-  return make(path, {false, std::string(bytes), {}});
 }
 
 void FakeFiles::put(const fs::path& path, std::string content) {
   const auto unbroken = std::exchange(broken, {});
   static_cast<void>(createFolders(path.parent_path()));
-  static_cast<void>(write(path, content));
+  objects_.erase(path);
+  static_cast<void>(append(path, content));
   broken = unbroken;
 }
 

@@ -18,7 +18,6 @@ class FakeFiles final : public Files {
   Result<void> createFolders(const std::filesystem::path& folder) override;
   Result<void> copy(const std::filesystem::path& from, const std::filesystem::path& to) override;
   Result<void> append(const std::filesystem::path& path, std::string_view bytes) override;
-  Result<void> write(const std::filesystem::path& path, std::string_view bytes) override;
 
   /// Puts an object there with all that is missing above it, whatever is broken.
   void put(const std::filesystem::path& path, std::string content = {});

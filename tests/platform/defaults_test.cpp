@@ -103,6 +103,19 @@ TEST_F(DefaultsFile, KeepsADamagedFileAside) {
   EXPECT_EQ(troubles.size(), 2U);
 }
 
+TEST_F(DefaultsFile, LivesWithWhatIsNoFile) {
+  for (const auto& make :
+       {+[](const char* path) { return mkdir(path, 0700); }, +[](const char* path) { return mkfifo(path, 0600); }}) {
+    ASSERT_EQ(make(file.c_str()), 0);
+    PlistDefaults strange(file);
+    EXPECT_EQ(strange.value("fps"), std::nullopt);
+    strange.set("fps", std::int64_t{30});
+    EXPECT_EQ(strange.integer("fps"), 30);
+    EXPECT_FALSE(fs::is_regular_file(file)) << "what is in the way stays";
+    fs::remove(file);
+  }
+}
+
 TEST_F(DefaultsFile, LivesOnWhenItCannotBeSaved) {
   // A file where the folder should be stops root as well.
   const fs::path blocked = folder.path() / "blocker/defaults.plist";

@@ -32,11 +32,10 @@ void keepContract(Files& files, const fs::path& root) {
   EXPECT_FALSE(files.list(root / "missing", Files::Hidden::skip));
   ASSERT_TRUE(files.createFolders(root / "a/b"));
   EXPECT_TRUE(files.createFolders(root / "a/b")) << "there already";
-  EXPECT_FALSE(files.append(root / "a/log", "x")) << "append makes no file";
-  EXPECT_FALSE(files.write(root / "none/log", "x")) << "write makes no folder";
-  EXPECT_TRUE(files.write(root / "a/log", "one\n"));
+  EXPECT_FALSE(files.append(root / "none/log", "x")) << "no folder is made";
+  EXPECT_TRUE(files.append(root / "a/log", "one\n"));
   EXPECT_TRUE(files.append(root / "a/log", "two\n"));
-  EXPECT_TRUE(files.write(root / "a/.hidden", ""));
+  EXPECT_TRUE(files.append(root / "a/.hidden", ""));
   EXPECT_FALSE(files.createFolders(root / "a/log")) << "a file is in the way";
   EXPECT_EQ(namesIn(files, root / "a", Files::Hidden::skip), (std::vector<std::string>{"b", "log"}));
   EXPECT_EQ(namesIn(files, root / "a", Files::Hidden::include), (std::vector<std::string>{".hidden", "b", "log"}));
@@ -72,18 +71,6 @@ TEST(LinuxFiles, ListsCreationTimesAndHiddenFlags) {
   EXPECT_EQ(entries->front().created, files.created(entries->front().path));
   ASSERT_TRUE(entries->front().created);
   EXPECT_LT(std::chrono::system_clock::now() - *entries->front().created, std::chrono::minutes(5));
-}
-
-TEST(LinuxFiles, CopiesOverWhatAKilledCopyLeft) {
-  const TemporaryFolder folder;
-  LinuxFiles files;
-  ASSERT_TRUE(files.createFolders(folder.path() / "from"));
-  ASSERT_TRUE(files.write(folder.path() / "from/index.html", "whole"));
-  ASSERT_TRUE(files.createFolders(folder.path() / ".to.tavelle-copy"));
-  ASSERT_TRUE(files.write(folder.path() / ".to.tavelle-copy/stale", ""));
-  ASSERT_TRUE(files.copy(folder.path() / "from", folder.path() / "to"));
-  EXPECT_EQ(namesIn(files, folder.path(), Files::Hidden::include), (std::vector<std::string>{"from", "to"}));
-  EXPECT_EQ(namesIn(files, folder.path() / "to", Files::Hidden::include), std::vector<std::string>{"index.html"});
 }
 
 TEST(LinuxFiles, DoesNotHangOnAFifo) {

@@ -19,6 +19,8 @@ ScriptValue numbers(std::initializer_list<double> values) {
   return {array};
 }
 
+Lines texts(std::initializer_list<std::string_view> views) { return {views.begin(), views.end()}; }
+
 struct Playback : testing::Test {
   void launch() {
     controller.applicationDidFinishLaunching();
@@ -118,13 +120,13 @@ TEST_F(Playback, ReportsWhatHappensInPages) {
 TEST_F(Playback, PausesAndPlaysEveryPage) {
   launchWith("Waves");
   page(0).delegate.webViewDidFinish(page(0));
-  EXPECT_EQ(page(0).scripts, (Lines{playJS, probeJS}));
+  EXPECT_EQ(page(0).scripts, texts({playJS, probeJS}));
   controller.togglePause();
   controller.applyPlayState(5);
   EXPECT_EQ(page(0).scripts.back(), pauseJS);
   EXPECT_EQ(page(1).scripts.back(), pauseJS);
   page(1).delegate.webViewDidFinish(page(1));
-  EXPECT_EQ(page(1).scripts, (Lines{pauseJS, pauseJS, probeJS})) << "a page that loads while paused stops at once";
+  EXPECT_EQ(page(1).scripts, texts({pauseJS, pauseJS, probeJS})) << "a page that loads while paused stops at once";
   controller.togglePause();
   EXPECT_EQ(page(1).scripts.back(), playJS);
   EXPECT_EQ(platform.log(), (Lines{"paused", "resumed"}));

@@ -1,7 +1,10 @@
 #include "platform/linux/file_descriptor.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <string>
 #include <system_error>
@@ -22,6 +25,22 @@ Result<void> FileDescriptor::writeAll(std::string_view bytes) const {
     bytes.remove_prefix(static_cast<std::size_t>(written));
   }
   return {};
+}
+
+Result<std::string> readFile(const std::filesystem::path& path) {
+  const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  struct stat info {};
+  if (!file || fstat(file.get(), &info) != 0) return systemError(path.native(), errno);
+  if (!S_ISREG(info.st_mode)) return Error{escapedUtf8(path.native()) + ": not a file"};
+  std::string bytes;
+  std::array<char, 4096> block{};
+  while (true) {
+    const ssize_t count = read(file.get(), block.data(), block.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return systemError(path.native(), errno);
+    if (count == 0) return bytes;
+    bytes.append(block.data(), static_cast<std::size_t>(count));
+  }
 }
 
 Error systemError(std::string_view subject, int number) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <filesystem>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -30,6 +32,9 @@ class FileDescriptor {
  private:
   int descriptor_ = -1;
 };
+
+/// The whole content of a regular file; anything else in its place is an error, never a wait.
+Result<std::string> readFile(const std::filesystem::path& file);
 
 /// What `errno` says about `subject`: "subject: No space left on device".
 Error systemError(std::string_view subject, int number);

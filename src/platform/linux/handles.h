@@ -1,7 +1,6 @@
 #pragma once
 
 #include <glib-object.h>
-#include <plist/plist.h>
 
 #include <memory>
 
@@ -22,7 +21,6 @@ using GErrorPtr = std::unique_ptr<GError, FreeWith<g_error_free>>;
 using GCharPtr = std::unique_ptr<char, FreeWith<g_free>>;
 using GBytesPtr = std::unique_ptr<GBytes, FreeWith<g_bytes_unref>>;
 using GVariantPtr = std::unique_ptr<GVariant, FreeWith<g_variant_unref>>;
-using PlistPtr = std::unique_ptr<void, FreeWith<plist_free>>;
 
 /// Takes over a reference that the caller was given.
 template <typename T>

@@ -4,12 +4,13 @@
 #include <gio/gio.h>
 
 #include <cerrno>
-#include <cstdio>
+#include <cstdlib>
 #include <system_error>
 
 #include "app/text.h"
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/handles.h"
+#include "platform/linux/rename_to_new.h"
 
 namespace tavelle {
 namespace {
@@ -30,13 +31,6 @@ std::optional<WallTime> creationTime(GFileInfo* info) {
 }
 
 GObjectPtr<GFile> fileAt(const fs::path& path) { return adopt(g_file_new_for_path(path.c_str())); }
-
-Result<void> writeWhole(const fs::path& path, int flags, std::string_view bytes) {
-  // Not blocking, so that a FIFO in the file's place gives an error and not a process that hangs.
-  const FileDescriptor file(open(path.c_str(), flags | O_WRONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666));
-  if (!file) return systemError(path.native(), errno);
-  return file.writeAll(bytes);
-}
 
 }  // namespace
 
@@ -73,27 +67,25 @@ Result<void> LinuxFiles::createFolders(const fs::path& folder) {
 }
 
 Result<void> LinuxFiles::copy(const fs::path& from, const fs::path& to) {
-  // Copied beside the target under a hidden name that listings pass over, then moved into place in one step. What an
-  // earlier run left half done is in the way only here.
-  const fs::path half = to.parent_path() / ("." + to.filename().native() + ".tavelle-copy");
+  // Copied into a folder of its own beside the target, under a hidden name that listings pass over, then moved into
+  // place in one step.
+  std::string workshop = (to.parent_path() / ("." + to.filename().native() + ".XXXXXX")).native();
+  if (!mkdtemp(workshop.data())) return systemError(to.native(), errno);
+  const fs::path half = fs::path(workshop) / to.filename();
   std::error_code code;
-  fs::remove_all(half, code);
-  if (!code) fs::copy(from, half, fs::copy_options::recursive | fs::copy_options::copy_symlinks, code);
-  if (!code && renameat2(AT_FDCWD, half.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) != 0) {
-    code.assign(errno, std::generic_category());
-  }
-  if (!code) return {};
+  fs::copy(from, half, fs::copy_options::recursive | fs::copy_options::copy_symlinks, code);
+  const Result<void> result = code ? errorAbout(to, code) : renameToNew(half, to);
   std::error_code ignored;
-  fs::remove_all(half, ignored);
-  return errorAbout(to, code);
+  fs::remove_all(workshop, ignored);
+  return result;
 }
 
 Result<void> LinuxFiles::append(const fs::path& path, std::string_view bytes) {
-  return writeWhole(path, O_APPEND, bytes);
-}
-
-Result<void> LinuxFiles::write(const fs::path& path, std::string_view bytes) {
-  return writeWhole(path, O_CREAT | O_TRUNC, bytes);
+  // Not blocking, so that a FIFO in the file's place gives an error and not a process that hangs.
+  const FileDescriptor file(
+      open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666));
+  if (!file) return systemError(path.native(), errno);
+  return file.writeAll(bytes);
 }
 
 }  // namespace tavelle

@@ -13,7 +13,6 @@ class LinuxFiles final : public Files {
   Result<void> createFolders(const std::filesystem::path& folder) override;
   Result<void> copy(const std::filesystem::path& from, const std::filesystem::path& to) override;
   Result<void> append(const std::filesystem::path& path, std::string_view bytes) override;
-  Result<void> write(const std::filesystem::path& path, std::string_view bytes) override;
 };
 
 }  // namespace tavelle

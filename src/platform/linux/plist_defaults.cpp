@@ -6,14 +6,11 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
-#include <fstream>
-#include <iterator>
 #include <system_error>
 
 #include "platform/linux/atomic_write.h"
 #include "platform/linux/file_descriptor.h"
-#include "platform/linux/plist_values.h"
+#include "platform/linux/rename_to_new.h"
 
 namespace tavelle {
 namespace {
@@ -64,15 +61,14 @@ void PlistDefaults::refresh() const {
   content_ = Content::good;
   if (version == Version{}) return;
 
-  std::ifstream stream(file_, std::ios::binary);
-  const std::string bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-  if (!stream.is_open() || stream.bad()) {
+  const auto bytes = readFile(file_);
+  if (!bytes) {
     content_ = Content::unreadable;
-    report("couldn't read " + file_.native());
+    report("couldn't read " + bytes.error().description);
     return;
   }
-  stored_ = parsedDictionary(bytes);
-  if (stored_ || bytes.empty()) return;
+  stored_ = parsedDictionary(*bytes);
+  if (stored_ || bytes->empty()) return;
   content_ = Content::damaged;
   report(file_.native() + " is damaged; starting without it");
 }
@@ -107,7 +103,9 @@ Result<void> PlistDefaults::trySave() {
       plist_dict_remove_item(changed.get(), key.c_str());
     }
   }
-  if (auto written = writeAtomically(file, serialized(changed.get())); !written) return written;
+  const auto bytes = serialized(changed.get());
+  if (!bytes) return bytes.error();
+  if (auto written = writeAtomically(file, *bytes); !written) return written;
   unsaved_.clear();
   return {};
 }
@@ -116,11 +114,10 @@ Result<void> PlistDefaults::keepDamagedAside() {
   const fs::path file = realFile();
   for (int number = 1; number <= mostDamagedFiles; ++number) {
     const fs::path aside = file.native() + ".damaged-" + std::to_string(number);
-    if (renameat2(AT_FDCWD, file.c_str(), AT_FDCWD, aside.c_str(), RENAME_NOREPLACE) == 0) {
-      content_ = Content::good;
-      return {};
-    }
-    if (errno != EEXIST) return systemError(aside.native(), errno);
+    if (isTaken(aside)) continue;
+    auto moved = renameToNew(file, aside);
+    if (moved) content_ = Content::good;
+    return moved;
   }
   return Error{"too many damaged files beside it"};
 }

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/linux/handles.h"
+#include "platform/linux/plist_values.h"
 #include "platform/result.h"
 #include "platform/user_defaults.h"
 

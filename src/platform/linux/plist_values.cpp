@@ -78,12 +78,13 @@ PlistPtr parsedDictionary(std::string_view bytes) {
   return owned;
 }
 
-std::string serialized(plist_t node) {
+Result<std::string> serialized(plist_t node) {
   char* bytes = nullptr;
   std::uint32_t length = 0;
   plist_to_xml(node, &bytes, &length);
   const PlistBytes owned(bytes);
-  return owned ? std::string(owned.get(), length) : std::string();
+  if (!owned || length == 0) return Error{"the settings can't be put into a property list"};
+  return std::string(owned.get(), length);
 }
 
 }  // namespace tavelle

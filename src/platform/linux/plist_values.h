@@ -6,9 +6,13 @@
 #include <string_view>
 
 #include "platform/linux/handles.h"
+#include "platform/result.h"
 #include "platform/user_defaults.h"
 
 namespace tavelle {
+
+/// A property list, or a part that belongs to none.
+using PlistPtr = std::unique_ptr<void, FreeWith<plist_free>>;
 
 /// What a node of a property list means as a setting.
 DefaultsValue defaultsValue(plist_t node);
@@ -20,6 +24,6 @@ PlistPtr plistNode(const DefaultsValue& value);
 PlistPtr parsedDictionary(std::string_view bytes);
 
 /// The property list as XML.
-std::string serialized(plist_t node);
+Result<std::string> serialized(plist_t node);
 
 }  // namespace tavelle

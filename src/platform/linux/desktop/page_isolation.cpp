@@ -1,22 +1,19 @@
 #include "platform/linux/desktop/page_isolation.h"
 
-#include <array>
+#include <glib.h>
+#include <unistd.h>
+
 #include <cstdint>
-#include <memory>
 #include <string_view>
 #include <system_error>
-#include <utility>
 
-#include "app/text.h"
+#include "platform/linux/file_descriptor.h"
 #include "platform/linux/file_uri.h"
-#include "platform/linux/handles.h"
 
 namespace tavelle {
 namespace {
 
 namespace fs = std::filesystem;
-
-using FilterPtr = std::unique_ptr<WebKitUserContentFilter, FreeWith<webkit_user_content_filter_unref>>;
 
 bool isInside(const fs::path& path, const fs::path& folder) {
   const fs::path relative = path.lexically_relative(folder);
@@ -60,60 +57,41 @@ std::string rule(const std::string& expression, std::string_view action) {
          std::string(action) + R"("}})";
 }
 
-/// One compilation under way, with a folder of its own for what the engine writes on the way.
-struct Compilation {
-  GObjectPtr<GCancellable> cancellable;
-  std::function<void(const Result<WebKitUserContentFilter*>&)> done;
-  fs::path folder;
-  GObjectPtr<WebKitUserContentFilterStore> store;
-
-  ~Compilation() {
-    store.reset();
-    std::error_code ignored;
-    if (!folder.empty()) fs::remove_all(folder, ignored);
-  }
-};
-
-void compiled(GObject* store, GAsyncResult* result, gpointer data) {
-  const std::unique_ptr<Compilation> compilation(static_cast<Compilation*>(data));
-  ErrorSlot error;
-  const FilterPtr filter(
-      webkit_user_content_filter_store_save_finish(WEBKIT_USER_CONTENT_FILTER_STORE(store), result, error.out()));
-  if (g_cancellable_is_cancelled(compilation->cancellable.get())) return;
-  if (filter) {
-    compilation->done(filter.get());
-  } else {
-    compilation->done(Error{"couldn't isolate the page: " + escapedUtf8(error.message())});
-  }
-}
-
 }  // namespace
 
-FolderLinks linksIn(const fs::path& folder) {
+Result<FolderLinks> linksIn(const fs::path& folder) {
   FolderLinks links;
   std::error_code code;
   const fs::path real = fs::canonical(folder, code);
-  if (code) return links;
-  fs::recursive_directory_iterator entry(folder, fs::directory_options::skip_permission_denied, code);
+  if (code) return systemError(folder.native(), code.value());
+  fs::recursive_directory_iterator entry(folder, code);
   for (; !code && entry != fs::recursive_directory_iterator(); entry.increment(code)) {
     std::error_code ignored;
-    if (!entry->is_symlink(ignored)) continue;
-    const fs::path target = fs::canonical(entry->path(), ignored);
-    if (ignored || !isInside(target, real)) {
+    if (entry->is_symlink(ignored)) {
+      const fs::path target = fs::canonical(entry->path(), ignored);
+      if (ignored || !isInside(target, real)) {
+        links.leadingOut.push_back(entry->path());
+      } else if (fs::is_directory(target, ignored)) {
+        links.toFoldersWithin = true;
+      }
+    } else if (entry->is_directory(ignored) && access(entry->path().c_str(), R_OK | X_OK) != 0) {
+      // A page that knows a name in there could follow a link that nobody has seen.
       links.leadingOut.push_back(entry->path());
-    } else if (fs::is_directory(target, ignored)) {
-      links.toFoldersWithin = true;
+      entry.disable_recursion_pending();
     }
   }
+  if (code) return systemError(folder.native(), code.value());
   return links;
 }
 
 std::string isolationRules(const fs::path& folder, const FolderLinks& links) {
   const std::string prefix = "^" + quotedForExpression(fileUri(folder)) + "/";
   std::string rules = "[" + rule("^file:", "block") + "," + rule(prefix, "ignore-previous-rules");
-  // A separator in disguise: the engine takes "..%2F" for a plain name where it compares, and for a way up where it
-  // reads.
-  rules += "," + rule("^file:.*%2[fF]", "block");
+  // A separator or an end in disguise: where the engine compares it takes "..%2F" and "link%00" for plain names, and
+  // where it reads for the way up and for "link".
+  rules += "," + rule("^file:.*%2[fF]", "block") + "," + rule("^file:.*%00", "block");
+  // Likewise a separator too many before a link's name.
+  if (!links.leadingOut.empty()) rules += "," + rule("^file:///[^?#]*//", "block");
   for (const fs::path& link : links.leadingOut) {
     // With several paths to one place a link is known by its own name only, wherever in the folder that stands.
     const std::string path = links.toFoldersWithin ? "(.*/)?" + anySpellingOf(link.filename().native())
@@ -121,22 +99,6 @@ std::string isolationRules(const fs::path& folder, const FolderLinks& links) {
     rules += "," + rule(prefix + path + "$", "block") + "," + rule(prefix + path + "[/?#]", "block");
   }
   return rules + "]";
-}
-
-void isolationFilter(const fs::path& folder, GCancellable* cancellable,
-                     std::function<void(const Result<WebKitUserContentFilter*>&)> done) {
-  auto compilation = std::make_unique<Compilation>();
-  compilation->cancellable = retain(cancellable);
-  compilation->done = std::move(done);
-  ErrorSlot error;
-  const GCharPtr temporary(g_dir_make_tmp("tavelle-XXXXXX", error.out()));
-  if (temporary) compilation->folder = temporary.get();
-  // Where no folder can be made, saving fails below and says so.
-  compilation->store = adopt(webkit_user_content_filter_store_new(temporary ? temporary.get() : "/nonexistent"));
-  const std::string rules = isolationRules(folder, linksIn(folder));
-  const GBytesPtr bytes(g_bytes_new(rules.data(), rules.size()));
-  auto* const store = compilation->store.get();
-  webkit_user_content_filter_store_save(store, "page", bytes.get(), nullptr, compiled, compilation.release());
 }
 
 }  // namespace tavelle

@@ -11,9 +11,11 @@ namespace {
 /// Seconds between questions to a page that answers, and between looks at one that owes an answer.
 constexpr double questionInterval = 3;
 constexpr double lookInterval = 1;
-/// So many looks in a row must find the process asleep. Far more than a page ever waits for another process of the
-/// engine's, which is all that its main thread sleeps for while it has something to do.
+/// So many looks in a row must find the process asleep. The known way to lock up is being told to pause or to play at
+/// the wrong moment, so that little patience is enough while that goes unanswered. A page that just does not answer may
+/// be waiting for a slow server, which its main thread does asleep.
 constexpr int looksUntilLockedUp = 5;
+constexpr int looksUntilLockedUpUnprovoked = 60;
 
 /// Processor time and switches of the main thread of `process`; nothing when it is not asleep (or stopped), or gone.
 std::string sleepingActivity(pid_t process) {
@@ -59,14 +61,17 @@ void PageWatch::processEnded() {
   nextLook_.cancel();
 }
 
-void PageWatch::asked() { ++unanswered_; }
+void PageWatch::told() { ++unacknowledged_; }
 
-void PageWatch::answered() { --unanswered_; }
+void PageWatch::acknowledged() { --unacknowledged_; }
+
+void PageWatch::questionAnswered() { questionOpen_ = false; }
 
 void PageWatch::look() {
-  if (unanswered_ == 0) {
+  if (unacknowledged_ == 0 && !questionOpen_) {
     looksAsleep_ = 0;
     lastActivity_.clear();
+    questionOpen_ = true;
     ask_();
     lookAgainAfter(questionInterval);
     return;
@@ -75,7 +80,9 @@ void PageWatch::look() {
   looksAsleep_ = !activity.empty() && activity == lastActivity_ ? looksAsleep_ + 1 : 0;
   lastActivity_ = activity;
   lookAgainAfter(lookInterval);
-  if (looksAsleep_ == looksUntilLockedUp) lockedUp_();
+  if (looksAsleep_ < (unacknowledged_ > 0 ? looksUntilLockedUp : looksUntilLockedUpUnprovoked)) return;
+  looksAsleep_ = 0;
+  lockedUp_();
 }
 
 void PageWatch::lookAgainAfter(double seconds) {

@@ -2,7 +2,6 @@
 
 #include <sys/types.h>
 
-#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -11,18 +10,22 @@
 
 namespace tavelle {
 
-/// Notices a page process that has locked up for good: it owes an answer, and for several looks in a row its main
-/// thread has neither run nor been woken. A page that is busy runs; one that waits for the processor or the disk is not
+/// Notices a page process that has locked up for good: it owes an answer, and for many looks in a row its main thread
+/// has neither run nor been woken. A page that is busy runs; one that waits for the processor or the disk is not
 /// asleep; and while the machine sleeps there are no looks.
 class PageWatch {
  public:
-  /// `ask` is to put a harmless question to the page, by `asked()` and `answered()`; `lockedUp` is to end the process.
+  /// `ask` is to put a harmless question to the page and to call `questionAnswered` when the answer comes, or cannot
+  /// come any more; `lockedUp` is to end the process.
   PageWatch(std::function<void()> ask, std::function<void()> lockedUp);
 
   void processStarted(pid_t process);
   void processEnded();
-  void asked();
-  void answered();
+
+  /// The program has told the page something, and the page has answered, or cannot any more.
+  void told();
+  void acknowledged();
+  void questionAnswered();
 
  private:
   void look();
@@ -32,7 +35,8 @@ class PageWatch {
   std::function<void()> lockedUp_;
   GLibMainLoop mainLoop_;
   pid_t process_ = 0;
-  int unanswered_ = 0;
+  int unacknowledged_ = 0;
+  bool questionOpen_ = false;
   int looksAsleep_ = 0;
   /// What the process's main thread had done at the last look.
   std::string lastActivity_;

@@ -52,23 +52,35 @@ SurfacePtr surfaceOf(Display* display, Pixmap pixmap, int width, int height) {
       cairo_xlib_surface_create(display, pixmap, DefaultVisual(display, DefaultScreen(display)), width, height));
 }
 
+struct PixmapSize {
+  unsigned width = 0;
+  unsigned height = 0;
+  unsigned depth = 0;
+};
+
+/// None when there is no such pixmap. Errors on connections that are not the toolkit's own are passed over by its error
+/// handler.
+std::optional<PixmapSize> pixmapSize(Display* display, Pixmap pixmap) {
+  PixmapSize size;
+  Window root = None;
+  int x = 0;
+  int y = 0;
+  unsigned border = 0;
+  if (!XGetGeometry(display, pixmap, &root, &x, &y, &size.width, &size.height, &border, &size.depth)) {
+    return std::nullopt;
+  }
+  return size;
+}
+
 /// Copies what is on the root window now, as far as it reaches.
 void copyCurrentPicture(Display* display, Pixmap target) {
   const auto current = pixmapProperty(display, pictureProperties[0]);
   if (!current) return;
-  Window root = None;
-  int x = 0;
-  int y = 0;
-  unsigned width = 0;
-  unsigned height = 0;
-  unsigned border = 0;
-  unsigned depth = 0;
-  // The property may be left over from a program that took its pixmap along. Errors on connections that are not the
-  // toolkit's own are passed over by its error handler.
-  if (XGetGeometry(display, *current, &root, &x, &y, &width, &height, &border, &depth) &&
-      depth == static_cast<unsigned>(DefaultDepth(display, DefaultScreen(display)))) {
-    XCopyArea(display, *current, target, DefaultGC(display, DefaultScreen(display)), 0, 0, width, height, 0, 0);
-  }
+  // The property may be left over from a program that took its pixmap along.
+  const auto size = pixmapSize(display, *current);
+  if (!size || size->depth != static_cast<unsigned>(DefaultDepth(display, DefaultScreen(display)))) return;
+  XCopyArea(display, *current, target, DefaultGC(display, DefaultScreen(display)), 0, 0, size->width, size->height, 0,
+            0);
 }
 
 void paint(cairo_t* cairo, GdkPixbuf* picture, const PixelRect& place) {
@@ -81,6 +93,8 @@ void paint(cairo_t* cairo, GdkPixbuf* picture, const PixelRect& place) {
   cairo_scale(cairo, scale, scale);
   gdk_cairo_set_source_pixbuf(cairo, picture, 0, 0);
   cairo_pattern_set_filter(cairo_get_source(cairo), CAIRO_FILTER_BEST);
+  // Otherwise the outermost pixels blend with what was there before.
+  cairo_pattern_set_extend(cairo_get_source(cairo), CAIRO_EXTEND_PAD);
   cairo_paint(cairo);
 }
 
@@ -133,7 +147,12 @@ Result<void> paintRootWindow(const std::filesystem::path& image, const Screen& s
     const CairoPtr cairo(cairo_create(surface.get()));
     paint(cairo.get(), upright.get(), pixelsOf(screen));
     cairo_surface_flush(surface.get());
+    if (const auto status = cairo_status(cairo.get()); status != CAIRO_STATUS_SUCCESS) {
+      return Error{std::string("couldn't draw the picture: ") + cairo_status_to_string(status)};
+    }
   }
+  // Requests to the X server fail silently; a picture that did not come into being cannot be asked for its size.
+  if (!pixmapSize(display.get(), pixmap)) return Error{"the X server has no room for the picture"};
   publish(display.get(), pixmap);
   return {};
 }

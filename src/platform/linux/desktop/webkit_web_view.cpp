@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "app/text.h"
-#include "platform/linux/desktop/page_isolation.h"
+#include "platform/linux/desktop/page_filters.h"
 #include "platform/linux/desktop/script_values.h"
 #include "platform/linux/file_uri.h"
 
@@ -32,15 +32,17 @@ GObjectPtr<WebKitWebView> makeView(WebKitWebContext* context, WebKitSettings* se
 
 struct WebKitView::PendingAnswer {
   std::weak_ptr<WebKitView*> view;
-  Answer answer;
+  Heard heard;
 };
 
-WebKitView::WebKitView(WebKitWebContext* context, WebKitSettings* engineSettings, const WebViews::Settings& settings,
-                       WebViewDelegate& delegate)
+WebKitView::WebKitView(WebKitWebContext* context, WebKitSettings* engineSettings, PageFilters& filters,
+                       const WebViews::Settings& settings, WebViewDelegate& delegate)
     : delegate_(delegate),
+      filters_(filters),
       content_(adopt(webkit_user_content_manager_new())),
       view_(makeView(context, engineSettings, content_.get())),
-      watch_([this] { evaluate("0", {}); }, [this] { webkit_web_view_terminate_web_process(view_.get()); }) {
+      watch_([this] { run("0", [](WebKitView& self, const auto&) { self.watch_.questionAnswered(); }); },
+             [this] { webkit_web_view_terminate_web_process(view_.get()); }) {
   gtk_widget_set_size_request(widget(), static_cast<int>(settings.width), static_cast<int>(settings.height));
   connectSignals(settings.messageHandler);
   refuseWhatLeavesThePage();
@@ -86,7 +88,8 @@ void WebKitView::connectSignals(const std::string& messageHandler) {
 }
 
 void WebKitView::refuseWhatLeavesThePage() {
-  for (const char* signal : {"authenticate", "context-menu", "print", "run-file-chooser", "show-notification"}) {
+  for (const char* signal : {"authenticate", "context-menu", "print", "run-color-chooser", "run-file-chooser",
+                             "show-notification", "show-option-menu"}) {
     g_signal_connect(view_.get(), signal, G_CALLBACK(refuse), nullptr);
   }
   g_signal_connect(view_.get(), "script-dialog",
@@ -111,8 +114,9 @@ void WebKitView::loadFile(const std::filesystem::path& page, const std::filesyst
   folder_ = folder;
   if (preparation_) g_cancellable_cancel(preparation_.get());
   preparation_ = adopt(g_cancellable_new());
-  isolationFilter(folder, preparation_.get(),
-                  [this](const Result<WebKitUserContentFilter*>& filter) { loadIsolated(filter); });
+  webkit_web_view_stop_loading(view_.get());
+  filters_.make(folder, preparation_.get(),
+                [this](const Result<WebKitUserContentFilter*>& filter) { loadIsolated(filter); });
 }
 
 void WebKitView::loadIsolated(const Result<WebKitUserContentFilter*>& filter) {
@@ -130,22 +134,28 @@ void WebKitView::reload() {
   if (!page_.empty()) loadFile(page_, folder_);
 }
 
-void WebKitView::evaluate(const std::string& script, Answer answer) {
-  watch_.asked();
-  auto pending = std::make_unique<PendingAnswer>(PendingAnswer{self_, std::move(answer)});
+void WebKitView::evaluate(std::string_view script, Answer answer) {
+  watch_.told();
+  run(script, [answer = std::move(answer)](WebKitView& self, const Result<ScriptValue>& value) {
+    self.watch_.acknowledged();
+    if (answer) answer(value);
+  });
+}
+
+void WebKitView::run(std::string_view script, Heard heard) {
   const auto finish = [](GObject* view, GAsyncResult* result, gpointer data) {
-    const std::unique_ptr<PendingAnswer> answered(static_cast<PendingAnswer*>(data));
+    const std::unique_ptr<PendingAnswer> pending(static_cast<PendingAnswer*>(data));
     ErrorSlot error;
-    const auto value = adopt(webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, error.out()));
-    const auto self = answered->view.lock();
+    const auto reply = adopt(webkit_web_view_send_message_to_page_finish(WEBKIT_WEB_VIEW(view), result, error.out()));
+    const auto self = pending->view.lock();
     if (!self) return;
-    (*self)->watch_.answered();
-    if (!answered->answer) return;
-    answered->answer(value ? Result<ScriptValue>(scriptValue(value.get()))
-                           : Result<ScriptValue>(Error{escapedUtf8(error.message())}));
+    pending->heard(**self, reply ? evaluationAnswer(webkit_user_message_get_parameters(reply.get()))
+                                 : Result<ScriptValue>(Error{escapedUtf8(error.message())}));
   };
-  webkit_web_view_evaluate_javascript(view_.get(), script.c_str(), static_cast<gssize>(script.size()), nullptr, nullptr,
-                                      nullptr, finish, pending.release());
+  WebKitUserMessage* const message =
+      webkit_user_message_new("evaluate", g_variant_new_string(std::string(script).c_str()));
+  auto pending = std::make_unique<PendingAnswer>(PendingAnswer{self_, std::move(heard)});
+  webkit_web_view_send_message_to_page(view_.get(), message, nullptr, finish, pending.release());
 }
 
 void WebKitView::setUserScripts(const std::vector<std::string>& scripts) {
@@ -159,12 +169,12 @@ void WebKitView::setUserScripts(const std::vector<std::string>& scripts) {
 
 void WebKitView::loadChanged(WebKitLoadEvent event) {
   if (event == WEBKIT_LOAD_STARTED) loadFailed_ = false;
-  if (event == WEBKIT_LOAD_FINISHED && !loadFailed_) delegate_.webViewDidFinish(*this);
+  if (event == WEBKIT_LOAD_FINISHED && !loadFailed_ && !preparation_) delegate_.webViewDidFinish(*this);
 }
 
 void WebKitView::loadFailed(const GError* error) {
   loadFailed_ = true;
-  if (g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED)) return;
+  if (preparation_ || g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED)) return;
   delegate_.webViewDidFail(*this, Error{escapedUtf8(error->message)});
 }
 

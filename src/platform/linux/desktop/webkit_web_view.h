@@ -11,23 +11,27 @@
 
 namespace tavelle {
 
+class PageFilters;
+
 /// One WebKitGTK web view.
 class WebKitView final : public WebView {
  public:
-  WebKitView(WebKitWebContext* context, WebKitSettings* engineSettings, const WebViews::Settings& settings,
-             WebViewDelegate& delegate);
+  WebKitView(WebKitWebContext* context, WebKitSettings* engineSettings, PageFilters& filters,
+             const WebViews::Settings& settings, WebViewDelegate& delegate);
   ~WebKitView() override;
 
   void loadFile(const std::filesystem::path& page, const std::filesystem::path& folder) override;
   void reload() override;
-  void evaluate(const std::string& script, Answer answer) override;
+  void evaluate(std::string_view script, Answer answer) override;
   void setUserScripts(const std::vector<std::string>& scripts) override;
 
   GtkWidget* widget() const { return GTK_WIDGET(view_.get()); }
 
  private:
   struct PendingAnswer;
+  using Heard = std::function<void(WebKitView& self, const Result<ScriptValue>& answer)>;
 
+  void run(std::string_view script, Heard heard);
   void connectSignals(const std::string& messageHandler);
   void refuseWhatLeavesThePage();
   void loadIsolated(const Result<WebKitUserContentFilter*>& filter);
@@ -38,13 +42,14 @@ class WebKitView final : public WebView {
   void messageReceived(WebKitJavascriptResult* message);
 
   WebViewDelegate& delegate_;
+  PageFilters& filters_;
   GObjectPtr<WebKitUserContentManager> content_;
   GObjectPtr<WebKitWebView> view_;
   std::filesystem::path page_;
   std::filesystem::path folder_;
   /// A load that fails finishes, too; then it has been reported already.
   bool loadFailed_ = false;
-  /// Cancels the preparation of the load under way.
+  /// Cancels the preparation of the next load; while there is one, what the page before does is of no interest.
   GObjectPtr<GCancellable> preparation_;
   /// Dies with the view, so that answers that come later know.
   std::shared_ptr<WebKitView*> self_ = std::make_shared<WebKitView*>(this);

@@ -73,7 +73,7 @@ GObjectPtr<WebKitWebContext> makeContext() {
 WebKitWebViews::WebKitWebViews() : context_(makeContext()), settings_(makeSettings()) {}
 
 std::unique_ptr<WebView> WebKitWebViews::make(const Settings& settings, WebViewDelegate& delegate) {
-  return std::make_unique<WebKitView>(context_.get(), settings_.get(), settings, delegate);
+  return std::make_unique<WebKitView>(context_.get(), settings_.get(), filters_, settings, delegate);
 }
 
 }  // namespace tavelle

@@ -2,6 +2,7 @@
 
 #include <webkit2/webkit2.h>
 
+#include "platform/linux/desktop/page_filters.h"
 #include "platform/linux/handles.h"
 #include "platform/web_view.h"
 
@@ -15,6 +16,7 @@ class WebKitWebViews final : public WebViews {
   std::unique_ptr<WebView> make(const Settings& settings, WebViewDelegate& delegate) override;
 
  private:
+  PageFilters filters_;
   GObjectPtr<WebKitWebContext> context_;
   GObjectPtr<WebKitSettings> settings_;
 };
