@@ -168,5 +168,10 @@ class VirtualDesktop:
         self.run("xrandr", "--query")
 
     def screenshot(self, file):
-        self.run("import", "-window", "root", str(file))
+        """Saves what is on the screen; an older file of that name is never taken for it."""
+        file = pathlib.Path(file)
+        file.unlink(missing_ok=True)
+        said = self.run("import", "-window", "root", str(file))
+        if not file.exists():
+            raise RuntimeError(f"couldn't take a screenshot: {said}")
         return file
