@@ -1,0 +1,33 @@
+"""What every test of the desktop runs on. Each ends what it started, also when the test has failed."""
+
+import pytest
+from session import Tavelle, VirtualDesktop, XView
+
+
+@pytest.fixture(scope="module", name="monitors")
+def fixture_monitors():
+    """How many monitors the module's desktop has."""
+    return 2
+
+
+@pytest.fixture(scope="module", name="desktop")
+def fixture_desktop(monitors):
+    with VirtualDesktop(monitors=monitors) as desktop:
+        yield desktop
+
+
+@pytest.fixture(name="view")
+def fixture_view(desktop):
+    view = XView(desktop.environment["DISPLAY"])
+    yield view
+    view.display.close()
+
+
+@pytest.fixture(name="tavelle")
+def fixture_tavelle(desktop, tmp_path):
+    tavelle = Tavelle(desktop, tmp_path)
+    yield tavelle
+    status = tavelle.stop() if tavelle.process else 0
+    tavelle.bus.close_sync()
+    # Also where the test has passed: a program that fell over on the way has failed.
+    assert status == 0

@@ -1,0 +1,199 @@
+"""The program as its surroundings see it: a user, the X server, the session bus, the kernel."""
+
+import os
+import pathlib
+import plistlib
+import re
+import signal
+import subprocess
+import sys
+
+from gi.repository import Gio, GLib
+from Xlib import X, display, error
+
+REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
+BINARY = pathlib.Path(os.environ.get("TAVELLE_BINARY", REPOSITORY / "build/release/bin/tavelle")).resolve()
+SAMPLES = sorted(each.name for each in (BINARY.parent.parent / "share/tavelle/Wallpapers").iterdir())
+
+sys.path.insert(0, str(REPOSITORY / "tools"))
+from virtual_desktop import VirtualDesktop, descendants, wait_until  # noqa: E402, F401  (handed on)
+
+# Far more than anything takes, even on a busy machine: only a failing test waits so long.
+PATIENCE = 60
+STAMP = re.compile(r"^\d{4}-\d\d-\d\d \d\d:\d\d:\d\d \+0000 ", re.MULTILINE)
+HEAD = """<!doctype html><meta charset="utf-8"><title>page</title><script>
+const say = text => window.webkit.messageHandlers.log.postMessage(String(text));
+</script>"""
+TALKING = HEAD + """<script>
+say('new page');
+window.wallpaper = {play() { say('play'); }, pause() { say('pause'); }};
+</script>"""
+
+
+def color_page(color, rest=""):
+    return HEAD + f'<body style="margin:0;background:{color}">{rest}'
+
+
+def proc(pid, file):
+    try:
+        return pathlib.Path(f"/proc/{pid}/{file}").read_text()
+    except OSError:
+        return ""
+
+
+def lives(pid):
+    return proc(pid, "stat").rpartition(")")[2][:2] not in ("", " Z")
+
+
+class XView:
+    """What is on the X server."""
+
+    def __init__(self, name):
+        self.display = display.Display(name)
+        self.root = self.display.screen().root
+
+    def atom(self, name):
+        return self.display.intern_atom(name)
+
+    def pixels(self, *place):
+        """The colours on the screen, as 0xRRGGBB, row by row."""
+        data = self.root.get_image(*place, X.ZPixmap, 0xFFFFFFFF).data
+        return [pixel & 0xFFFFFF for pixel in memoryview(data).cast("I")]
+
+    def colors(self, *place):
+        return set(self.pixels(*place))
+
+    def windows(self, parent=None):
+        """All windows there are, from the lowest to the highest, children after their parents."""
+        for window in (parent or self.root).query_tree().children:
+            yield window
+            try:
+                yield from self.windows(window)
+            except error.BadWindow:
+                pass
+
+    def wallpapers(self):
+        found = []
+        for window in self.windows():
+            try:
+                if window.get_wm_name() == "Tavelle wallpaper":
+                    found.append(window)
+            except error.BadWindow:
+                pass
+        return found
+
+    def place(self, window):
+        size = window.get_geometry()
+        corner = window.translate_coords(self.root, 0, 0)
+        return -corner.x, -corner.y, size.width, size.height
+
+    def places_in_sight(self):
+        """The rectangles of the wallpaper windows that can be seen."""
+        try:
+            return sorted(self.place(each) for each in self.wallpapers()
+                          if each.get_attributes().map_state == X.IsViewable)
+        except (error.BadWindow, error.BadDrawable):
+            return []
+
+    def property(self, window, name):
+        value = window.get_full_property(self.atom(name), X.AnyPropertyType)
+        return list(value.value) if value else []
+
+    def open_window(self, x, y, width, height, color, **attributes):
+        window = self.root.create_window(x, y, width, height, 0, X.CopyFromParent, background_pixel=color,
+                                         event_mask=X.ButtonPressMask, **attributes)
+        window.set_wm_normal_hints(flags=1, x=x, y=y)  # the user's own choice of a place
+        window.map()
+        self.display.sync()
+        return window
+
+
+class Tavelle:
+    """The program, with a home folder of its own."""
+
+    def __init__(self, desktop, home):
+        self.desktop = desktop
+        self.home = home
+        self.library = home / "Pictures/Wallpapers"
+        self.log_file = home / "Library/Logs/Tavelle.log"
+        self.settings_file = home / ".config/tavelle/defaults.plist"
+        self.environment = desktop.environment | {"HOME": str(home)}
+        self.process = None
+        self.bus = Gio.DBusConnection.new_for_address_sync(
+            desktop.environment["DBUS_SESSION_BUS_ADDRESS"],
+            Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
+
+    def add(self, name, page):
+        folder = self.library / name
+        folder.mkdir(parents=True, exist_ok=True)
+        (folder / "index.html").write_text(page)
+        return folder
+
+    def store(self, **values):
+        """Settings as an earlier run left them, with the bundled wallpapers long since added (and deleted)."""
+        self.settings_file.parent.mkdir(parents=True, exist_ok=True)
+        self.settings_file.write_bytes(plistlib.dumps({"seededWallpapers": SAMPLES} | values))
+
+    def stored(self):
+        return plistlib.loads(self.settings_file.read_bytes())
+
+    def start(self, *arguments, **environment):
+        # The engine's libraries fill it with complaints about the machine, but a sanitizer's report is here too.
+        with open(self.home / "stderr.txt", "ab") as complaints:
+            self.process = subprocess.Popen([BINARY, *arguments], env=self.environment | environment,
+                                            stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=complaints)
+
+    def play(self, page, **values):
+        """Starts with this page as the wallpaper, and waits until it is on every screen."""
+        folder = self.add("Own", page)
+        self.store(wallpaper="Own", **values)
+        self.start()
+        self.wait("loaded: ", count=int(self.wait(r"showing on (\d+) display")[1]))
+        return folder
+
+    def run(self, *arguments, cwd=None, **environment):
+        """Runs the program to its end."""
+        return subprocess.run([BINARY, *arguments], env=self.environment | environment, stdin=subprocess.DEVNULL,
+                              cwd=cwd, capture_output=True, text=True, timeout=PATIENCE, check=False)
+
+    def ask_bus(self, method, signature="()", *arguments):
+        return self.bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method,
+                                  GLib.Variant(signature, arguments), None, Gio.DBusCallFlags.NONE, -1, None).unpack()
+
+    def act(self, action, *parameter):
+        self.bus.call_sync("org.tavelle.Tavelle", "/org/tavelle/Tavelle", "org.gtk.Actions", "Activate",
+                           GLib.Variant("(sava{sv})", (action, parameter, {})), None, Gio.DBusCallFlags.NONE, -1, None)
+
+    def show(self, name):
+        self.act("show", GLib.Variant("s", name))
+
+    def messages(self):
+        try:
+            return [line.rstrip("\n") for line in STAMP.split(self.log_file.read_text())[1:]]
+        except FileNotFoundError:
+            return []
+
+    def found(self, pattern):
+        return [match for match in (re.match(pattern, message) for message in self.messages()) if match]
+
+    def wait(self, pattern, count=1, seconds=PATIENCE):
+        """Waits until the log has `count` messages that start so, and gives the match of the last."""
+        return wait_until(lambda: self.found(pattern)[count - 1:], seconds,
+                          lambda: f"{count} × {pattern!r} in the log:\n" + "\n".join(self.messages()))[0]
+
+    def page_processes(self):
+        return [pid for pid in descendants(self.process.pid) if proc(pid, "comm").startswith("WebKitWebProces")]
+
+    def stop(self, number=signal.SIGTERM, seconds=PATIENCE):
+        """Ends the program by a signal and gives its exit status. Nothing that it started may stay."""
+        process, self.process = self.process, None
+        family = descendants(process.pid)
+        try:
+            process.send_signal(number)
+            status = process.wait(seconds)
+            wait_until(lambda: not any(map(lives, family)), 5, "the program's children to go")
+            return status
+        finally:
+            for pid in filter(lives, family):
+                os.kill(pid, signal.SIGKILL)
+            process.wait()

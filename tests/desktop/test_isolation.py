@@ -1,0 +1,157 @@
+"""Which files a page may read: those of its own folder and no other, however it asks and however it spells them."""
+
+import http.server
+import json
+import shutil
+import subprocess
+import threading
+import wave
+from urllib.parse import quote
+
+import pytest
+from session import HEAD
+
+LOADERS = """<script>
+const element = (name, address, loaded) => new Promise(resolve => {
+  const it = document.createElement(name);
+  it[loaded] = () => resolve(true);
+  it.onerror = () => resolve(false);
+  if (name === 'link') it.rel = 'stylesheet';
+  if (name === 'video') { it.muted = true; it.preload = 'auto'; }
+  it[name === 'link' ? 'href' : 'src'] = address;
+  document.body.append(it);
+});
+const frame = (address, patience) => new Promise(resolve => {
+  const it = document.createElement('iframe');
+  addEventListener('message', event => { if (event.source === it.contentWindow) resolve(true); });
+  // The engine tells nobody that it has kept a page from a frame.
+  if (patience) setTimeout(() => resolve(false), patience);
+  it.src = address;
+  document.body.append(it);
+});
+const request = address => new Promise(resolve => {
+  const it = new XMLHttpRequest;
+  it.onload = () => resolve(it.responseText.length > 0);
+  it.onerror = () => resolve(false);
+  it.open('GET', address);
+  it.send();
+});
+const ways = {
+  png: address => element('img', address, 'onload'),
+  js: address => element('script', address, 'onload'),
+  css: address => element('link', address, 'onload'),
+  wav: address => element('video', address, 'onloadeddata'),
+  html: frame,
+  txt: address => fetch(address).then(answer => answer.text()).then(text => text.length > 0, () => false),
+  xhr: address => request(address.replace('.xhr', '.txt')),
+};
+const readable = async (addresses, patience) => {
+  const tries = addresses.flatMap(address => Object.keys(ways).map(way => [way, address.replace('EXT', way)]));
+  const read = await Promise.all(tries.map(([way, address]) => ways[way](address, patience)));
+  return JSON.stringify(tries.filter((each, index) => read[index]).map(each => each[1]).sort());
+};
+</script><body>"""
+WAYS = ["png", "js", "css", "wav", "html", "txt", "xhr"]
+OUTSIDE = "window.webkit.messageHandlers.log.postMessage('OUTSIDE')"
+
+
+def fill(folder, name):
+    """One file for each way to read it."""
+    folder.mkdir(parents=True, exist_ok=True)
+    subprocess.run(["convert", "-size", "8x8", "xc:red", folder / f"{name}.png"], check=True)
+    with wave.open(str(folder / f"{name}.wav"), "wb") as sound:
+        sound.setparams((1, 2, 8000, 8000, "NONE", ""))
+        sound.writeframes(bytes(16000))
+    (folder / f"{name}.js").write_text("1")
+    (folder / f"{name}.css").write_text("b { color: red }")
+    (folder / f"{name}.txt").write_text("text")
+    (folder / f"{name}.html").write_text("<script>parent.postMessage('read', '*')</script>")
+
+
+@pytest.fixture(scope="module", name="monitors")
+def fixture_monitors():
+    return 1
+
+
+@pytest.mark.parametrize("place", ["in the library", "linked from elsewhere"])
+def test_pages_read_their_own_folder_only(tavelle, place):
+    name = "My.Wall+(1) [x]"
+    own, other, alike = (tavelle.library / each for each in (name, "Other", name.replace(".", "x")))
+    if place == "linked from elsewhere":
+        elsewhere = tavelle.home / "elsewhere"
+        elsewhere.mkdir()
+        tavelle.library.mkdir(parents=True)
+        own.symlink_to(elsewhere)
+    fill(own, "own")
+    shutil.copytree(own, own / "sub")
+    shutil.copytree(own / "sub", own / "plain")
+    for folder in (other, alike, tavelle.library / (name + "2")):
+        fill(folder, "s")
+    (other / "index.html").write_text(f"<script>{OUTSIDE}</script>")
+    (own / "out").symlink_to(other)
+    strange = "-[^o]+t é'"
+    (own / "sub" / strange).symlink_to("../../Other" if place == "in the library" else other)
+    (own / "sub/out").symlink_to(other)
+    (own / "link").symlink_to("plain")
+    (own / "alias").symlink_to("sub")
+    for way in WAYS[:-1]:
+        (own / f"leak.{way}").symlink_to(other / f"s.{way}")
+        (own / f"kept.{way}").symlink_to(f"own.{way}")
+
+    inside = ["own.EXT", "sub/own.EXT", "sub/../own.EXT", "%6fwn.EXT?x=..#../y", "kept.EXT", "link/own.EXT"]
+    outside = ["../Other/s.EXT", "sub/../../Other/s.EXT", "%2e%2e/Other/s.EXT", "..%2FOther/s.EXT", "..%2fOther/s.EXT",
+               "%2E%2E%2FOther/s.EXT", "..%5COther/s.EXT", "..\\Other/s.EXT", f"{other.as_uri()}/s.EXT",
+               f"file://localhost{other}/s.EXT", f"../{alike.name}/s.EXT", f"../{name}2/s.EXT",
+               "out/s.EXT", "%6fut/s.EXT", "%6Fut/s.EXT", "o%75%74/s.EXT", "./out//s.EXT", "sub/../out/s.EXT",
+               "leak.EXT", "le%61k.EXT", "leak%2eEXT", "leak.EXT?x", "leak.EXT#x",
+               "file:///etc/passwd#.EXT", "/etc/passwd?.EXT",
+               f"sub/{strange}/s.EXT", f"s%75b/{quote(strange, safe='')}/s.EXT", f"sub/{quote(strange)}/s.EXT",
+               "sub/out/s.EXT", "alias/out/s.EXT", f"alias/{strange}/s.EXT"]
+    moves = ["../Other/index.html", "..%2FOther/index.html", "out/index.html", "%6fut/index.html", "file:///etc/passwd",
+             (other / "index.html").as_uri()]
+    tavelle.add(name, HEAD + LOADERS + f"""<script>
+    (async () => {{
+      say('inside ' + await readable({json.dumps(inside)}));
+      say('outside ' + await readable({json.dumps(outside)}, 3000));
+      for (const address of {json.dumps(moves)}) {{
+        location.href = address;
+        await new Promise(resolve => setTimeout(resolve, 200));
+      }}
+      say('stayed');
+    }})();</script>""")
+    tavelle.add("Next", HEAD + LOADERS + f"""<script>
+      readable(['own.EXT', '../{name}/own.EXT'], 3000).then(read => say('next ' + read));</script>""")
+    fill(tavelle.library / "Next", "own")
+    tavelle.store(wallpaper=name)
+    tavelle.start()
+
+    read = json.loads(tavelle.wait("page: inside (.*)")[1])
+    assert read == sorted(each.replace("EXT", way) for each in inside for way in WAYS)
+    assert json.loads(tavelle.wait("page: outside (.*)")[1]) == []
+    tavelle.wait("page: stayed")
+    assert not tavelle.found("page: OUTSIDE") and len(tavelle.found("loaded: ")) == 1
+    tavelle.show("Next")
+    assert json.loads(tavelle.wait("page: next (.*)")[1]) == sorted(f"own.{way}" for way in WAYS)
+
+
+def test_pages_reach_the_web(tavelle, tmp_path):
+    class Handler(http.server.SimpleHTTPRequestHandler):
+        def __init__(self, *arguments):
+            super().__init__(*arguments, directory=tmp_path / "web")
+
+        def end_headers(self):
+            self.send_header("Access-Control-Allow-Origin", "*")
+            super().end_headers()
+
+        def log_message(self, *_):
+            pass
+
+    fill(tmp_path / "web", "own")
+    with http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler) as server:
+        threading.Thread(target=server.serve_forever).start()
+        try:
+            web = f"http://127.0.0.1:{server.server_port}/own."
+            tavelle.play(HEAD + LOADERS + f"<script>readable(['{web}EXT']).then(read => say('read ' + read))</script>")
+            assert json.loads(tavelle.wait("page: read (.*)")[1]) == sorted(web + way for way in WAYS)
+        finally:
+            server.shutdown()

@@ -1,0 +1,149 @@
+"""From the start of the program to its end: what it shows first, what it remembers, how it goes."""
+
+import datetime
+import os
+import shutil
+import signal
+
+import pytest
+from session import SAMPLES, STAMP, TALKING, color_page, descendants, lives, wait_until
+
+GREEN = color_page("#008000")
+
+
+def test_first_launch_adds_the_samples_and_shows_the_first_choice(tavelle):
+    before = datetime.datetime.now(datetime.timezone.utc).replace(microsecond=0)
+    tavelle.start()
+    tavelle.wait("measured ")
+    after = datetime.datetime.now(datetime.timezone.utc)
+
+    messages = tavelle.messages()
+    assert messages[:len(SAMPLES) + 2] == [
+        *(f"added the bundled {name} wallpaper" for name in SAMPLES), "launched, showing: Starship Liftoff",
+        "showing on 2 display(s)"]
+    loaded = [each for each in messages if each.startswith("loaded: ")]
+    assert len(loaded) == 2 and all('"size":[1280,720,1]' in each for each in loaded)
+    assert len(tavelle.found(r"measured \d+\.\d FPS \(setting 60\), canvas \d+x\d+$")) == 1
+    assert sorted(each.name for each in tavelle.library.iterdir()) == SAMPLES
+    stamps = [datetime.datetime.strptime(stamp, "%Y-%m-%d %H:%M:%S %z ") for stamp in
+              STAMP.findall(tavelle.log_file.read_text())]
+    assert stamps == sorted(stamps) and before <= stamps[0] and stamps[-1] <= after
+
+    tavelle.stop()
+    for each in tavelle.library.iterdir():
+        shutil.rmtree(each)
+    tavelle.start()
+    tavelle.wait("launched, showing: nothing")
+    assert list(tavelle.library.iterdir()) == []
+
+
+@pytest.mark.parametrize(("stored", "others", "shown"), [
+    ("Own", ["Another", "Starship Liftoff"], "Own"),
+    ("Deleted", ["Another", "Starship Liftoff"], "Starship Liftoff"),
+    ("Deleted", ["Zebra", "another"], "another"),
+])
+def test_stored_choice_or_what_is_left(tavelle, stored, others, shown):
+    for name in {*others, shown}:
+        tavelle.add(name, color_page("#000", f"<script>document.title = {name!r}</script>"))
+    tavelle.store(wallpaper=stored)
+    tavelle.start()
+    tavelle.wait(f'loaded: {{"title":"{shown}"')
+    assert tavelle.messages()[0] == f"launched, showing: {shown}"
+
+
+def test_empty_library_shows_nothing_until_something_is_chosen(tavelle, view):
+    tavelle.store()
+    tavelle.start()
+    tavelle.wait("showing on 2 display")
+    assert tavelle.messages() == ["launched, showing: nothing", "showing on 2 display(s)"]
+    assert len(wait_until(view.wallpapers, 10, "the windows")) == 2
+    assert view.places_in_sight() == []
+
+    tavelle.add("New", GREEN)
+    tavelle.show("New")
+    tavelle.wait("loaded: ", count=2)
+    wait_until(lambda: view.colors(0, 0, 2560, 720) == {0x008000}, 20, "the wallpaper on both screens")
+    assert list(tavelle.library.iterdir()) == [tavelle.library / "New"]
+
+
+def test_damaged_settings_are_kept_aside(tavelle):
+    garbage = bytes(range(256)) * 7
+    tavelle.store()
+    tavelle.settings_file.write_bytes(garbage)
+    tavelle.add("Own", GREEN)
+    tavelle.start()
+    tavelle.wait("loaded: ", count=2)
+    assert tavelle.found("settings: .*damaged")
+    tavelle.show("Own")
+    tavelle.wait("showing Own")
+    assert tavelle.settings_file.with_name("defaults.plist.damaged-1").read_bytes() == garbage
+    assert tavelle.stored()["wallpaper"] == "Own"
+
+
+@pytest.mark.parametrize("in_the_way", [".config/tavelle", "Library", ".cache", ".local"])
+def test_plays_where_it_may_write_nothing(tavelle, view, in_the_way):
+    """A file in a folder's place stops everybody from writing there, the superuser too."""
+    tavelle.add("Own", GREEN)
+    (tavelle.home / in_the_way).parent.mkdir(exist_ok=True)
+    (tavelle.home / in_the_way).write_text("")
+    tavelle.start()
+    wait_until(lambda: view.places_in_sight() and view.colors(0, 0, 2560, 720), 30, "the windows")
+    tavelle.show("Own")
+    wait_until(lambda: view.colors(0, 0, 2560, 720) == {0x008000}, 30, "the wallpaper on both screens")
+    if in_the_way == ".config/tavelle":
+        assert tavelle.found("settings: couldn't save")
+
+
+@pytest.mark.parametrize("name", ["it's \"so\"", "100%", "a%2e%2Fb", "a#b", "what?", "a\\b:+&", "new\nline",
+                                  " edge ", "<b>", "Straße é"])
+def test_any_folder_name_plays_and_is_remembered(tavelle, name):
+    (tavelle.add(name, "") / "data.js").write_text("say('own file');")
+    tavelle.add(name, TALKING + "<script src='data.js'></script>")
+    tavelle.add("Starship Liftoff", GREEN)
+    tavelle.store(fps=30)
+    tavelle.start()
+    tavelle.wait("loaded: ", count=2)
+    tavelle.show(name)
+    tavelle.wait("page: own file", count=2)
+    tavelle.stop()
+    tavelle.start()
+    tavelle.wait("page: own file", count=4)
+    assert f"launched, showing: {name}" in tavelle.messages()
+    assert (tavelle.stored()["wallpaper"], tavelle.stored()["fps"]) == (name, 30)
+
+
+def test_folder_name_that_is_no_text_is_remembered(tavelle):
+    """The engine itself reads no such folder, which must hurt nothing else."""
+    tavelle.add(os.fsdecode(b"bad\xff"), TALKING)
+    tavelle.play(GREEN)
+    tavelle.show(r"bad\xFF")
+    tavelle.wait(r"showing bad\\xFF")
+    tavelle.wait("load failed: ", count=2)
+    tavelle.stop()
+    tavelle.start()
+    tavelle.wait(r"launched, showing: bad\\xFF")
+    tavelle.show("Own")
+    tavelle.wait("loaded: ", count=4)
+
+
+@pytest.mark.parametrize("number", [signal.SIGTERM, signal.SIGINT])
+def test_ends_cleanly_when_asked(tavelle, number):
+    tavelle.play(GREEN)
+    assert len(descendants(tavelle.process.pid)) >= 4
+    assert tavelle.stop(number, seconds=3) == 0
+
+
+def test_children_do_not_outlive_a_killed_program(tavelle):
+    tavelle.play(GREEN)
+    assert len(tavelle.page_processes()) == 2
+    assert tavelle.stop(signal.SIGKILL) == -signal.SIGKILL
+
+
+def test_second_start_leaves_the_first_alone(tavelle):
+    tavelle.play(TALKING)
+    children = set(descendants(tavelle.process.pid))
+    assert tavelle.run().returncode == 0
+    assert len(tavelle.found("launched")) == 1
+    assert set(descendants(tavelle.process.pid)) == children and all(map(lives, children))
+    tavelle.act("quit")
+    assert tavelle.process.wait(10) == 0

@@ -1,0 +1,178 @@
+"""What a page gets from the program, and what the program does when a page goes wrong."""
+
+import os
+import re
+import shutil
+import signal
+import subprocess
+
+import pytest
+from session import HEAD, TALKING, Gio, GLib, color_page, lives, wait_until
+
+CANVAS = """<canvas id="c"></canvas><script>
+say(`first ${tavelle.fps} ${tavelle.scale}`);
+const size = () => { c.width = innerWidth * tavelle.scale; c.height = innerHeight * tavelle.scale; };
+const draw = () => { id = requestAnimationFrame(draw); };
+let id;
+window.wallpaper = {play() { cancelAnimationFrame(id); draw(); }, pause() { cancelAnimationFrame(id); }};
+addEventListener('resize', () => { size(); say(`live ${tavelle.fps} ${tavelle.scale} ${c.width}`); });
+size();
+</script>"""
+
+
+@pytest.fixture(scope="module", name="monitors")
+def fixture_monitors():
+    return 1
+
+
+def end_page(tavelle, number=signal.SIGKILL):
+    process, = tavelle.page_processes()
+    os.kill(process, number)
+    return process
+
+
+def test_frame_settings_reach_the_page(tavelle):
+    tavelle.play(HEAD + CANVAS, fps=30, resolutionScale=0.5)
+    tavelle.wait("page: first 30 0.5$")
+    tavelle.wait(r"measured \d+\.\d FPS \(setting 30\), canvas 640x360$")
+
+    tavelle.act("resolution", GLib.Variant("d", 0.25))
+    tavelle.wait("page: live 30 0.25 320$")
+    tavelle.wait("frame rate 30 FPS, resolution 25%$")
+    tavelle.act("frame-rate", GLib.Variant("x", 20))
+    tavelle.wait("frame rate 20 FPS, resolution 25%$")
+    rates = r"measured (\d+\.\d) FPS \(setting 20\), canvas 320x180$"
+    wait_until(lambda: any(float(each[1]) >= 15 for each in tavelle.found(rates)) or
+               tavelle.act("frame-rate", GLib.Variant("x", 20)), 60, lambda: f"some 20 FPS: {tavelle.messages()}",
+               interval=4)
+    assert max(float(each[1]) for each in tavelle.found(rates)) <= 22
+
+    end_page(tavelle)
+    tavelle.wait("page: first 20 0.25$")
+    tavelle.act("toggle-pause")
+    tavelle.wait(r"measured 0\.0 FPS \(setting 20, paused\), canvas 320x180$")
+    assert (tavelle.stored()["fps"], tavelle.stored()["resolutionScale"]) == (20, 0.25)
+
+
+def test_page_is_loaded_again_after_a_crash_as_it_was(tavelle):
+    tavelle.play(TALKING)
+    tavelle.wait("page: play")
+    tavelle.act("toggle-pause")
+    tavelle.wait("page: pause")
+    for crashes in (1, 2):
+        end_page(tavelle)
+        tavelle.wait("web content process ended; reloading", count=crashes)
+        tavelle.wait("page: new page", count=1 + crashes)
+        tavelle.wait("page: pause", count=1 + crashes)
+    assert len(tavelle.found("page: play")) == 1
+    tavelle.act("toggle-pause")
+    tavelle.wait("page: play", count=2)
+    assert [each for each in tavelle.messages() if each in ("paused", "resumed")] == ["paused", "resumed"]
+
+
+def test_page_that_has_locked_up_is_loaded_again(tavelle):
+    tavelle.play(TALKING)
+    locked_up = end_page(tavelle, signal.SIGSTOP)
+    tavelle.wait("web content process ended; reloading", seconds=25)
+    tavelle.wait("page: play", count=2)
+    wait_until(lambda: not lives(locked_up), 5, "the page process to go")
+
+
+def test_page_that_is_busy_is_waited_for(tavelle):
+    tavelle.play(TALKING + """<script>window.wallpaper.play = () => setTimeout(() => {
+        say('busy');
+        const end = performance.now() + 15000;
+        while (performance.now() < end);
+        say('done');
+    }, 100)</script>""")
+    process = tavelle.page_processes()
+    tavelle.wait("page: busy")
+    tavelle.act("toggle-pause")
+    tavelle.wait("paused")
+    tavelle.wait("page: done")
+    tavelle.wait("page: pause")
+    assert tavelle.page_processes() == process and not tavelle.found("web content process ended")
+
+
+def test_errors_are_logged(tavelle):
+    folder = tavelle.play(HEAD + """<script>
+        console.error('a', 1);
+        setTimeout(() => { throw new Error('uncaught'); });
+        setTimeout(() => say('end'), 100);
+    </script><script>missing();</script>""")
+    tavelle.wait("page: end")
+    for message in ("page: console.error: a 1", "page: js error: Error: uncaught",
+                    "page: js error: ReferenceError: Can't find variable: missing"):
+        assert len(tavelle.found(re.escape(message) + "$")) == 1
+
+    (folder / "index.html").unlink()
+    end_page(tavelle)
+    tavelle.wait("load failed: .")
+    assert len(tavelle.found("loaded: ")) == 1
+    (tavelle.add("Gone", "") / "index.html").unlink()
+    (tavelle.library / "Gone/index.html").symlink_to("nowhere")
+    tavelle.show("Gone")
+    tavelle.wait("no wallpaper named Gone")
+    tavelle.add("Good", color_page("#008000"))
+    tavelle.show("Good")
+    tavelle.wait("loaded: ", count=2)
+
+
+def test_page_cannot_leave_its_window(tavelle, view):
+    """A wallpaper has nobody in front of it: what asks or opens something is refused and holds nothing up."""
+    tavelle.play(HEAD + """<script>
+        alert('a'); say(`confirm ${confirm('b')} prompt ${prompt('c')} open ${open('index.html')}`);
+        addEventListener('beforeunload', event => { event.preventDefault(); event.returnValue = 'stay'; });
+    </script>""")
+    tavelle.wait("page: confirm false prompt null open null")
+    assert len(view.wallpapers()) == len(view.property(view.root, "_NET_CLIENT_LIST")) == 1
+    tavelle.add("Next", TALKING)
+    tavelle.show("Next")
+    tavelle.wait("page: new page")
+
+
+@pytest.fixture(scope="module", name="video")
+def fixture_video(tmp_path_factory):
+    file = tmp_path_factory.mktemp("video") / "sound.mp4"
+    subprocess.run(["ffmpeg", "-loglevel", "error", "-f", "lavfi", "-i", "testsrc=size=320x240:rate=30:duration=60",
+                    "-f", "lavfi", "-i", "sine=duration=60", "-pix_fmt", "yuv420p", file], check=True)
+    return file
+
+
+SCREEN_SAVER = """<node><interface name="org.freedesktop.ScreenSaver"><method name="Inhibit">
+<arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="u" direction="out"/>
+</method></interface></node>"""
+
+
+def test_sound_keeps_no_screen_awake_and_is_no_media_player(tavelle, video):
+    inhibitors = []
+
+    def inhibit(*call):
+        inhibitors.append(call[5].unpack())
+        call[6].return_value(GLib.Variant("(u)", (1,)))
+
+    interface = Gio.DBusNodeInfo.new_for_xml(SCREEN_SAVER).interfaces[0]
+    for path in ("/org/freedesktop/ScreenSaver", "/ScreenSaver"):
+        tavelle.bus.register_object(path, interface, inhibit, None, None)
+    tavelle.ask_bus("RequestName", "(su)", "org.freedesktop.ScreenSaver", 0)
+
+    folder = tavelle.add("Own", HEAD + """<video id="v" src="sound.mp4" autoplay></video><script>
+        v.onplaying = () => say('playing');
+        v.onpause = () => say('stopped');
+        v.ontimeupdate = () => { if (v.currentTime > 3) { say(`muted ${v.muted}`); v.ontimeupdate = null; } };
+    </script>""")
+    shutil.copy(video, folder)
+    tavelle.store(wallpaper="Own")
+    tavelle.start()
+
+    def played():
+        while GLib.MainContext.default().iteration(False):
+            pass
+        return tavelle.found("page: muted false")
+    wait_until(played, 60, "three seconds of sound")
+    assert not inhibitors
+    assert not [name for name in tavelle.ask_bus("ListNames")[0] if "mpris" in name.lower()]
+    tavelle.act("toggle-pause")
+    tavelle.wait("page: stopped")
+    tavelle.act("toggle-pause")
+    tavelle.wait("page: playing", count=2)

@@ -1,0 +1,111 @@
+"""Monitors that come, go and change while the program runs."""
+
+import itertools
+import os
+import time
+
+import pytest
+from session import color_page, wait_until
+
+FIRST, SECOND = (0, 0, 1280, 720), (1280, 0, 1280, 720)
+
+
+@pytest.fixture(name="playing")
+def fixture_playing(desktop, tavelle):
+    tavelle.play(color_page("#008000"))
+    yield tavelle
+    desktop.plug("DUMMY0", "0x0")
+    desktop.plug("DUMMY1", "1280x0")
+
+
+def rebuilds(tavelle):
+    return [int(match[1]) for match in tavelle.found(r"showing on (\d+) display")]
+
+
+def stays(condition, seconds):
+    """Whether the condition holds for so long: there is no other way to see that nothing happens."""
+    until = time.monotonic() + seconds
+    while time.monotonic() < until:
+        if not condition():
+            return False
+        time.sleep(0.05)
+    return True
+
+
+def test_windows_follow_the_monitors(playing, desktop, view):
+    changes = [(lambda: desktop.unplug("DUMMY1"), [FIRST]),
+               (lambda: desktop.plug("DUMMY1", "1280x0", "1024x768"), [FIRST, (1280, 0, 1024, 768)]),
+               (lambda: desktop.plug("DUMMY1", "0x720"), [FIRST, (0, 720, 1280, 720)]),
+               (lambda: desktop.plug("DUMMY0", "0x0", "800x600"), [(0, 0, 800, 600), (0, 720, 1280, 720)])]
+    for number, (change, places) in enumerate(changes, 2):
+        change()
+        assert playing.wait(r"showing on (\d+) display", count=number)[1] == str(len(places))
+        wait_until(lambda: view.places_in_sight() == places, 20, f"windows on {places}")
+        for place in places:
+            wait_until(lambda: view.colors(*place) == {0x008000}, 20, f"the page on {place}")
+    assert len(view.wallpapers()) == 2
+
+
+def in_a_burst(tavelle, changes):
+    """Makes the changes closer together than the program waits for more, and gives the rebuilds before them.
+
+    A machine may be too busy for that, when the program could rightly take them for several changes."""
+    for _ in range(10):
+        before = rebuilds(tavelle)
+        began = time.monotonic()
+        changes()
+        if time.monotonic() - began < 0.4:
+            return before
+        while not stays(lambda: rebuilds(tavelle) == before, 1.5):
+            before = rebuilds(tavelle)
+    return pytest.fail("the changes took too long each time")
+
+
+def test_a_burst_of_changes_rebuilds_once(playing, desktop, view):
+    first, second = itertools.cycle(["1024x768", "800x600"]), itertools.cycle(["800x600", "640x480"])
+    sizes = []
+
+    def changes():
+        sizes[:] = next(first), next(second)
+        desktop.plug("DUMMY0", "0x0", sizes[0])
+        desktop.unplug("DUMMY1")
+        desktop.plug("DUMMY1", "1280x0", sizes[1])
+
+    before = in_a_burst(playing, changes)
+    places = [(x, 0, *map(int, size.split("x"))) for x, size in zip((0, 1280), sizes)]
+    wait_until(lambda: view.places_in_sight() == places, 20, f"windows on {places}")
+    assert stays(lambda: rebuilds(playing) == [*before, 2], 1.5)
+
+
+def test_a_monitor_that_is_back_at_once_changes_nothing(playing, desktop, view):
+    def changes():
+        windows[:] = view.wallpapers()
+        desktop.unplug("DUMMY1")
+        desktop.plug("DUMMY1", "1280x0")
+
+    windows = []
+    before = in_a_burst(playing, changes)
+    assert stays(lambda: rebuilds(playing) == before, 1.5)
+    assert view.wallpapers() == windows
+
+
+def test_rebuilding_leaves_nothing_behind(playing, desktop, view):
+    def resources():
+        return (len(list(view.windows())), len(playing.page_processes()),
+                len(os.listdir(f"/proc/{playing.process.pid}/fd")))
+
+    start, loads = None, 2
+    for number in range(25):
+        for change, screens in ((lambda: desktop.unplug("DUMMY1"), 1), (lambda: desktop.plug("DUMMY1", "1280x0"), 2)):
+            change()
+            loads += screens
+            playing.wait("loaded: ", count=loads)
+        if number == 2:  # what is made once for all has been made by now
+            wait_until(lambda: len(playing.page_processes()) == 2 and view.places_in_sight() == [FIRST, SECOND], 20,
+                       "the pages")
+            start = resources()
+    assert len(rebuilds(playing)) == 51
+    # A page that goes on a busy machine now and then leaves an event descriptor behind; 66 pages have gone since.
+    wait_until(lambda: all(now <= then + slack for now, then, slack in zip(resources(), start, (16, 0, 50))), 30,
+               lambda: f"{resources()} windows, page processes and descriptors to come down to {start}")
+    assert view.places_in_sight() == [FIRST, SECOND]

@@ -1,0 +1,128 @@
+"""Where the wallpaper is on the screen: on all of it, behind everything, and in nobody's way."""
+
+from session import HEAD, Tavelle, VirtualDesktop, X, XView, color_page, wait_until
+from Xlib.ext import xtest
+from Xlib.protocol import event
+
+PLACES = [(0, 0, 1280, 720), (1280, 0, 1280, 720)]
+GREEN, YELLOW, BLUE = 0x008000, 0xFFFF00, 0x000080
+RING = HEAD + "<body style='background:#008000;margin:0'><div style='position:fixed;inset:0;border:1px solid #f00'>"
+SLOW = HEAD + """<script>const end = performance.now() + 1500; while (performance.now() < end); say('slow')</script>
+<body style="background:#008000">"""
+
+
+def sees(view, color, x, y):
+    return lambda: view.colors(x, y, 1, 1) == {color}
+
+
+def test_both_screens_are_painted_to_the_last_pixel(tavelle, view):
+    tavelle.play(RING)
+    ring, inside = [0xFF0000], [0x008000]
+    expected = ring * 1280 + (ring + inside * 1278 + ring) * 718 + ring * 1280
+    for place in PLACES:
+        wait_until(lambda: view.pixels(*place) == expected, 20, f"the page on {place}")
+    assert view.places_in_sight() == PLACES
+
+
+def test_no_white_flash_before_the_first_paint(tavelle, view):
+    view.root.change_attributes(background_pixel=BLUE)
+    view.root.clear_area()
+    tavelle.add("Own", SLOW)
+    tavelle.add("Next", SLOW.replace("#008000", "#800000"))
+    tavelle.store(wallpaper="Own")
+    seen = set()
+
+    def painted(color):
+        shot = view.colors(0, 0, 2560, 720)
+        seen.update(shot)
+        return shot == {color}
+
+    tavelle.start()
+    wait_until(lambda: painted(0x008000), 30, "the page", interval=0.01)
+    assert seen == {BLUE, 0, 0x008000}  # black: what the windows show while the page has painted nothing
+    tavelle.show("Next")
+    wait_until(lambda: painted(0x800000), 30, "the next page", interval=0.01)
+    assert seen == {BLUE, 0, 0x008000, 0x800000}
+
+
+def test_windows_are_what_a_window_manager_takes_for_the_desktop(tavelle, view):
+    tavelle.play(color_page("#008000"))
+    windows = view.wallpapers()
+    assert view.places_in_sight() == PLACES
+    for window in windows:
+        assert view.property(window, "_NET_WM_WINDOW_TYPE") == [view.atom("_NET_WM_WINDOW_TYPE_DESKTOP")]
+        assert view.property(window, "_NET_WM_DESKTOP") == [0xFFFFFFFF]
+
+
+def test_stays_below_windows_and_takes_no_focus(tavelle, view):
+    before = view.open_window(100, 100, 300, 200, YELLOW)
+    wait_until(lambda: view.property(view.root, "_NET_ACTIVE_WINDOW") == [before.id], 20, "the focus")
+    tavelle.play(color_page("#008000"))
+    wait_until(sees(view, GREEN, 600, 600), 20, "the wallpaper")
+    assert view.property(view.root, "_NET_ACTIVE_WINDOW") == [before.id]
+    view.open_window(1400, 100, 300, 200, YELLOW)
+    wait_until(sees(view, YELLOW, 1500, 200), 20, "the window opened later")
+    assert view.colors(200, 200, 1, 1) == {YELLOW}
+    wallpapers = {each.id for each in view.wallpapers()}
+    assert set(view.property(view.root, "_NET_CLIENT_LIST_STACKING")[:2]) == wallpapers
+
+
+def click(view, x, y):
+    xtest.fake_input(view.display, X.MotionNotify, x=x, y=y)
+    xtest.fake_input(view.display, X.ButtonPress, 1)
+    xtest.fake_input(view.display, X.ButtonRelease, 1)
+    view.display.sync()
+
+
+def next_press(view):
+    while view.display.pending_events():
+        happened = view.display.next_event()
+        if happened.type == X.ButtonPress:
+            return happened
+    return None
+
+
+def test_clicks_go_through_to_what_lies_below(tavelle, view):
+    below = view.open_window(0, 0, 2560, 720, BLUE, override_redirect=True)
+    below.configure(stack_mode=X.Below)
+    window = view.open_window(100, 100, 300, 200, YELLOW)
+    wait_until(lambda: view.property(view.root, "_NET_ACTIVE_WINDOW") == [window.id], 20, "the focus")
+    tavelle.play(color_page("#008000"))
+    below.configure(stack_mode=X.Below)
+    for x, y in [(700, 500), (1900, 300)]:
+        wait_until(sees(view, GREEN, x, y), 20, "the wallpaper above the window below")
+        click(view, x, y)
+        press = wait_until(lambda: next_press(view), 10, "the click")
+        assert (press.window.id, press.root_x, press.root_y) == (below.id, x, y)
+    assert view.property(view.root, "_NET_ACTIVE_WINDOW") == [window.id]
+
+
+def test_stays_on_every_workspace(tavelle, view):
+    tavelle.play(color_page("#008000"))
+    for workspace in (1, 0):
+        view.root.send_event(event.ClientMessage(window=view.root, client_type=view.atom("_NET_CURRENT_DESKTOP"),
+                                                 data=(32, [workspace, 0, 0, 0, 0])), X.SubstructureRedirectMask)
+        view.display.sync()
+        wait_until(lambda: view.property(view.root, "_NET_CURRENT_DESKTOP") == [workspace], 20, "the workspace")
+        assert view.places_in_sight() == PLACES
+        wait_until(lambda: view.colors(0, 0, 2560, 720) == {GREEN}, 20, "the wallpaper on the workspace")
+
+
+def test_lies_lowest_without_a_window_manager(tmp_path):
+    with VirtualDesktop(monitors=1, window_manager=False) as desktop:
+        view = XView(desktop.environment["DISPLAY"])
+        view.open_window(100, 100, 300, 200, YELLOW)
+        tavelle = Tavelle(desktop, tmp_path)
+        try:
+            tavelle.play(color_page("#008000"))
+            wait_until(sees(view, GREEN, 600, 600), 20, "the wallpaper")
+            assert view.places_in_sight() == PLACES[:1]
+            # As the program asked for it: a window manager keeps of these what it knows.
+            assert set(view.property(view.wallpapers()[0], "_NET_WM_STATE")) >= {
+                view.atom(f"_NET_WM_STATE_{each}") for each in ("STICKY", "BELOW", "SKIP_TASKBAR", "SKIP_PAGER")}
+            assert view.colors(200, 200, 1, 1) == {YELLOW}
+            assert tavelle.stop() == 0
+        finally:
+            if tavelle.process:
+                tavelle.stop()
+            view.display.close()
