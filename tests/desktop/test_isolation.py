@@ -103,7 +103,8 @@ def test_pages_read_their_own_folder_only(tavelle, place):
                "%2E%2E%2FOther/s.EXT", "..%5COther/s.EXT", "..\\Other/s.EXT", f"{other.as_uri()}/s.EXT",
                f"file://localhost{other}/s.EXT", f"../{alike.name}/s.EXT", f"../{name}2/s.EXT",
                "out/s.EXT", "%6fut/s.EXT", "%6Fut/s.EXT", "o%75%74/s.EXT", "./out//s.EXT", "sub/../out/s.EXT",
-               "leak.EXT", "le%61k.EXT", "leak%2eEXT", "leak.EXT?x", "leak.EXT#x",
+               "leak.EXT", "le%61k.EXT", "leak%2eEXT", "leak.EXT?x", "leak.EXT#x", "leak.EXT%00",
+               "leak.EXT%00x", ".//leak.EXT", ".//%6fut/s.EXT", "sub/.//out/s.EXT", "out/s.EXT%00",
                "file:///etc/passwd#.EXT", "/etc/passwd?.EXT",
                f"sub/{strange}/s.EXT", f"s%75b/{quote(strange, safe='')}/s.EXT", f"sub/{quote(strange)}/s.EXT",
                "sub/out/s.EXT", "alias/out/s.EXT", f"alias/{strange}/s.EXT"]

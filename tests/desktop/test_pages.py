@@ -4,6 +4,7 @@ import os
 import re
 import shutil
 import signal
+import socket
 import subprocess
 
 import pytest
@@ -73,8 +74,9 @@ def test_page_is_loaded_again_after_a_crash_as_it_was(tavelle):
 def test_page_that_has_locked_up_is_loaded_again(tavelle):
     tavelle.play(TALKING)
     locked_up = end_page(tavelle, signal.SIGSTOP)
+    tavelle.act("toggle-pause")
     tavelle.wait("web content process ended; reloading", seconds=25)
-    tavelle.wait("page: play", count=2)
+    tavelle.wait("page: pause")
     wait_until(lambda: not lives(locked_up), 5, "the page process to go")
 
 
@@ -92,6 +94,30 @@ def test_page_that_is_busy_is_waited_for(tavelle):
     tavelle.wait("page: done")
     tavelle.wait("page: pause")
     assert tavelle.page_processes() == process and not tavelle.found("web content process ended")
+
+
+def test_page_that_waits_for_a_server_is_waited_for(tavelle):
+    with socket.create_server(("127.0.0.1", 0)) as server:
+        tavelle.play(HEAD + f"""<script>setTimeout(() => {{
+            const request = new XMLHttpRequest;
+            request.open('GET', 'http://127.0.0.1:{server.getsockname()[1]}/', false);
+            say('waiting');
+            try {{ request.send(); }} catch (error) {{ say('waited'); }}
+        }}, 500)</script>""")
+        tavelle.wait("page: waiting")
+        connection, _ = server.accept()
+        with pytest.raises(TimeoutError):
+            tavelle.wait("web content process ended", seconds=15)
+        connection.close()
+        tavelle.wait("page: waited")
+
+
+def test_page_gets_no_rights_of_a_user(tavelle):
+    tavelle.play(HEAD + """text<script>window.wallpaper = {pause() {}, play() {
+        getSelection().selectAllChildren(document.body);
+        say(`rights ${navigator.userActivation.isActive} ${document.execCommand('copy')}`);
+    }};</script>""")
+    tavelle.wait("page: rights false false")
 
 
 def test_errors_are_logged(tavelle):

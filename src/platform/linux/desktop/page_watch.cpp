@@ -11,10 +11,10 @@ namespace {
 /// Seconds between questions to a page that answers, and between looks at one that owes an answer.
 constexpr double questionInterval = 3;
 constexpr double lookInterval = 1;
-/// So many looks in a row must find the process asleep. The known way to lock up is being told to pause or to play at
-/// the wrong moment, so that little patience is enough while that goes unanswered. A page that just does not answer may
-/// be waiting for a slow server, which its main thread does asleep.
-constexpr int looksUntilLockedUp = 5;
+/// So many looks in a row must find the process asleep. The known way to lock up is to be told to pause at the wrong
+/// moment, so that little patience is enough while a command goes unanswered. A page that just does not answer a
+/// question may be waiting for a slow server, which its main thread does asleep.
+constexpr int looksUntilLockedUp = 6;
 constexpr int looksUntilLockedUpUnprovoked = 60;
 
 /// Processor time and switches of the main thread of `process`; nothing when it is not asleep (or stopped), or gone.
@@ -61,17 +61,14 @@ void PageWatch::processEnded() {
   nextLook_.cancel();
 }
 
-void PageWatch::told() { ++unacknowledged_; }
+void PageWatch::sent(Message message) { ++(message == Message::command ? openCommands_ : openQuestions_); }
 
-void PageWatch::acknowledged() { --unacknowledged_; }
-
-void PageWatch::questionAnswered() { questionOpen_ = false; }
+void PageWatch::answered(Message message) { --(message == Message::command ? openCommands_ : openQuestions_); }
 
 void PageWatch::look() {
-  if (unacknowledged_ == 0 && !questionOpen_) {
+  if (openCommands_ == 0 && openQuestions_ == 0) {
     looksAsleep_ = 0;
     lastActivity_.clear();
-    questionOpen_ = true;
     ask_();
     lookAgainAfter(questionInterval);
     return;
@@ -80,7 +77,7 @@ void PageWatch::look() {
   looksAsleep_ = !activity.empty() && activity == lastActivity_ ? looksAsleep_ + 1 : 0;
   lastActivity_ = activity;
   lookAgainAfter(lookInterval);
-  if (looksAsleep_ < (unacknowledged_ > 0 ? looksUntilLockedUp : looksUntilLockedUpUnprovoked)) return;
+  if (looksAsleep_ < (openCommands_ > 0 ? looksUntilLockedUp : looksUntilLockedUpUnprovoked)) return;
   looksAsleep_ = 0;
   lockedUp_();
 }

@@ -15,17 +15,17 @@ namespace tavelle {
 /// asleep; and while the machine sleeps there are no looks.
 class PageWatch {
  public:
-  /// `ask` is to put a harmless question to the page and to call `questionAnswered` when the answer comes, or cannot
-  /// come any more; `lockedUp` is to end the process.
+  enum class Message { command, question };
+
+  /// `ask` is to put a harmless question to the page; `lockedUp` is to end the process.
   PageWatch(std::function<void()> ask, std::function<void()> lockedUp);
 
   void processStarted(pid_t process);
   void processEnded();
 
-  /// The program has told the page something, and the page has answered, or cannot any more.
-  void told();
-  void acknowledged();
-  void questionAnswered();
+  /// The page has been sent a message, and has answered it or cannot any more.
+  void sent(Message message);
+  void answered(Message message);
 
  private:
   void look();
@@ -35,8 +35,8 @@ class PageWatch {
   std::function<void()> lockedUp_;
   GLibMainLoop mainLoop_;
   pid_t process_ = 0;
-  int unacknowledged_ = 0;
-  bool questionOpen_ = false;
+  int openCommands_ = 0;
+  int openQuestions_ = 0;
   int looksAsleep_ = 0;
   /// What the process's main thread had done at the last look.
   std::string lastActivity_;

@@ -1,5 +1,6 @@
 #include "platform/linux/desktop/webkit_web_view.h"
 
+#include <system_error>
 #include <utility>
 
 #include "app/text.h"
@@ -32,7 +33,8 @@ GObjectPtr<WebKitWebView> makeView(WebKitWebContext* context, WebKitSettings* se
 
 struct WebKitView::PendingAnswer {
   std::weak_ptr<WebKitView*> view;
-  Heard heard;
+  PageWatch::Message kind;
+  Answer answer;
 };
 
 WebKitView::WebKitView(WebKitWebContext* context, WebKitSettings* engineSettings, PageFilters& filters,
@@ -41,7 +43,7 @@ WebKitView::WebKitView(WebKitWebContext* context, WebKitSettings* engineSettings
       filters_(filters),
       content_(adopt(webkit_user_content_manager_new())),
       view_(makeView(context, engineSettings, content_.get())),
-      watch_([this] { run("0", [](WebKitView& self, const auto&) { self.watch_.questionAnswered(); }); },
+      watch_([this] { evaluate("0", [](const auto&) {}); },
              [this] { webkit_web_view_terminate_web_process(view_.get()); }) {
   gtk_widget_set_size_request(widget(), static_cast<int>(settings.width), static_cast<int>(settings.height));
   connectSignals(settings.messageHandler);
@@ -54,6 +56,8 @@ WebKitView::~WebKitView() {
   if (preparation_) g_cancellable_cancel(preparation_.get());
   g_signal_handlers_disconnect_by_data(view_.get(), this);
   g_signal_handlers_disconnect_by_data(content_.get(), this);
+  // A page process that is still starting would otherwise leave its connection behind.
+  webkit_web_view_terminate_web_process(view_.get());
   // Others may hold the widget, its container among them; it has to go all the same, and its page process with it.
   gtk_widget_destroy(widget());
 }
@@ -121,8 +125,11 @@ void WebKitView::loadFile(const std::filesystem::path& page, const std::filesyst
 
 void WebKitView::loadIsolated(const Result<WebKitUserContentFilter*>& filter) {
   preparation_.reset();
-  if (!filter) {
-    delegate_.webViewDidFail(*this, filter.error());
+  std::error_code ignored;
+  // The engine would show what is in it.
+  const bool isFolder = std::filesystem::is_directory(page_, ignored);
+  if (!filter || isFolder) {
+    delegate_.webViewDidFail(*this, filter ? Error{escapedUtf8(page_.native()) + ": is a folder"} : filter.error());
     return;
   }
   webkit_user_content_manager_remove_all_filters(content_.get());
@@ -135,26 +142,22 @@ void WebKitView::reload() {
 }
 
 void WebKitView::evaluate(std::string_view script, Answer answer) {
-  watch_.told();
-  run(script, [answer = std::move(answer)](WebKitView& self, const Result<ScriptValue>& value) {
-    self.watch_.acknowledged();
-    if (answer) answer(value);
-  });
-}
-
-void WebKitView::run(std::string_view script, Heard heard) {
+  const auto kind = answer ? PageWatch::Message::question : PageWatch::Message::command;
+  watch_.sent(kind);
   const auto finish = [](GObject* view, GAsyncResult* result, gpointer data) {
     const std::unique_ptr<PendingAnswer> pending(static_cast<PendingAnswer*>(data));
     ErrorSlot error;
     const auto reply = adopt(webkit_web_view_send_message_to_page_finish(WEBKIT_WEB_VIEW(view), result, error.out()));
     const auto self = pending->view.lock();
     if (!self) return;
-    pending->heard(**self, reply ? evaluationAnswer(webkit_user_message_get_parameters(reply.get()))
-                                 : Result<ScriptValue>(Error{escapedUtf8(error.message())}));
+    (*self)->watch_.answered(pending->kind);
+    if (!pending->answer) return;
+    pending->answer(reply ? evaluationAnswer(webkit_user_message_get_parameters(reply.get()))
+                          : Result<ScriptValue>(Error{escapedUtf8(error.message())}));
   };
   WebKitUserMessage* const message =
       webkit_user_message_new("evaluate", g_variant_new_string(std::string(script).c_str()));
-  auto pending = std::make_unique<PendingAnswer>(PendingAnswer{self_, std::move(heard)});
+  auto pending = std::make_unique<PendingAnswer>(PendingAnswer{self_, kind, std::move(answer)});
   webkit_web_view_send_message_to_page(view_.get(), message, nullptr, finish, pending.release());
 }
 

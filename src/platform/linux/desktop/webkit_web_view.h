@@ -29,9 +29,6 @@ class WebKitView final : public WebView {
 
  private:
   struct PendingAnswer;
-  using Heard = std::function<void(WebKitView& self, const Result<ScriptValue>& answer)>;
-
-  void run(std::string_view script, Heard heard);
   void connectSignals(const std::string& messageHandler);
   void refuseWhatLeavesThePage();
   void loadIsolated(const Result<WebKitUserContentFilter*>& filter);
