@@ -1,7 +1,7 @@
-# The flags that every target of ours is built with. Other people's headers are system headers and stay out of it.
-add_library(tavelle_flags INTERFACE)
+# The warnings that every target of ours is built with. Other people's headers are system headers and stay out of it.
+add_library(tavelle_warnings INTERFACE)
 target_compile_options(
-  tavelle_flags
+  tavelle_warnings
   INTERFACE -Wall
             -Wextra
             -Wshadow
@@ -13,6 +13,9 @@ target_compile_options(
             -Wduplicated-cond
             -Wlogical-op
             $<$<BOOL:${TAVELLE_WERROR}>:-Werror>)
+# And the rest, for all that runs in processes of our own.
+add_library(tavelle_flags INTERFACE)
+target_link_libraries(tavelle_flags INTERFACE tavelle_warnings)
 if(TAVELLE_SANITIZE)
   target_compile_options(tavelle_flags INTERFACE -fsanitize=address,undefined -fno-omit-frame-pointer)
   target_compile_definitions(tavelle_flags INTERFACE _GLIBCXX_ASSERTIONS)
