@@ -34,7 +34,7 @@ class FileDescriptor {
 };
 
 /// The whole content of a regular file; anything else in its place is an error, never a wait.
-Result<std::string> readFile(const std::filesystem::path& file);
+Result<std::string> readFile(const std::filesystem::path& path);
 
 /// What `errno` says about `subject`: "subject: No space left on device".
 Error systemError(std::string_view subject, int number);

@@ -74,7 +74,7 @@ Result<void> LinuxFiles::copy(const fs::path& from, const fs::path& to) {
   const fs::path half = fs::path(workshop) / to.filename();
   std::error_code code;
   fs::copy(from, half, fs::copy_options::recursive | fs::copy_options::copy_symlinks, code);
-  const Result<void> result = code ? errorAbout(to, code) : renameToNew(half, to);
+  Result<void> result = code ? errorAbout(to, code) : renameToNew(half, to);
   std::error_code ignored;
   fs::remove_all(workshop, ignored);
   return result;

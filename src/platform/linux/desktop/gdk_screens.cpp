@@ -17,8 +17,10 @@ GdkRectangle geometryOf(GdkMonitor* monitor) {
 /// The main monitor first, the others in GDK's order.
 std::vector<GdkMonitor*> monitors() {
   GdkDisplay* const display = gdk_display_get_default();
+  const int count = gdk_display_get_n_monitors(display);
   std::vector<GdkMonitor*> all;
-  for (int i = 0; i < gdk_display_get_n_monitors(display); ++i) all.push_back(gdk_display_get_monitor(display, i));
+  all.reserve(static_cast<std::size_t>(count));
+  for (int i = 0; i < count; ++i) all.push_back(gdk_display_get_monitor(display, i));
   std::stable_partition(all.begin(), all.end(), gdk_monitor_is_primary);
   return all;
 }
@@ -79,6 +81,7 @@ class ChangeListener {
 std::vector<Screen> GdkScreens::list() const {
   const auto all = monitors();
   std::vector<Screen> screens;
+  screens.reserve(all.size());
   for (GdkMonitor* monitor : all) screens.push_back(screenOf(monitor, geometryOf(all.front())));
   return screens;
 }

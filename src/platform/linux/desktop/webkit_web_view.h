@@ -18,6 +18,8 @@ class WebKitView final : public WebView {
  public:
   WebKitView(WebKitWebContext* context, WebKitSettings* engineSettings, PageFilters& filters,
              const WebViews::Settings& settings, WebViewDelegate& delegate);
+  WebKitView(const WebKitView&) = delete;
+  WebKitView& operator=(const WebKitView&) = delete;
   ~WebKitView() override;
 
   void loadFile(const std::filesystem::path& page, const std::filesystem::path& folder) override;

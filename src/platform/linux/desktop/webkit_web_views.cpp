@@ -1,5 +1,6 @@
 #include "platform/linux/desktop/webkit_web_views.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <system_error>
@@ -17,10 +18,8 @@ using FeatureListPtr = std::unique_ptr<WebKitFeatureList, FreeWith<webkit_featur
 /// Whether the kernel offers a GPU to draw with.
 bool hasGpu() {
   std::error_code code;
-  for (const auto& device : fs::directory_iterator("/dev/dri", code)) {
-    if (device.path().filename().native().starts_with("renderD")) return true;
-  }
-  return false;
+  return std::any_of(fs::directory_iterator("/dev/dri", code), fs::directory_iterator(),
+                     [](const auto& device) { return device.path().filename().native().starts_with("renderD"); });
 }
 
 /// What would let a page show up outside its own window.

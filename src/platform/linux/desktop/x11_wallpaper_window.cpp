@@ -1,5 +1,6 @@
 #include "platform/linux/desktop/x11_wallpaper_window.h"
 
+// Before the headers of X11, whose macros it cannot bear.
 #include <gdk/gdkx.h>
 #include <gtkmm/window.h>
 
