@@ -1,8 +1,9 @@
 #include "platform/linux/desktop/x11_wallpaper_window.h"
 
-// Before the headers of X11, whose macros it cannot bear.
-#include <gdk/gdkx.h>
+// clang-format off: gtkmm has to come before the macros of X11
 #include <gtkmm/window.h>
+#include <gdk/gdkx.h>
+// clang-format on
 
 #include "platform/linux/desktop/gdk_screens.h"
 #include "platform/linux/desktop/webkit_web_view.h"
