@@ -1,6 +1,7 @@
 #include "platform/linux/desktop/x11_wallpaper_window.h"
 
-// clang-format off: gtkmm has to come before the macros of X11
+// gtkmm has to come before the macros of X11.
+// clang-format off
 #include <gtkmm/window.h>
 #include <gdk/gdkx.h>
 // clang-format on
