@@ -38,15 +38,6 @@ TEST(Launch, ChoosesTheStoredWallpaperThenTheBundledThenTheFirst) {
   }
 }
 
-TEST(Launch, SeedsBeforeItChooses) {
-  FakePlatform platform;
-  platform.files.put("/share/Wallpapers/Starship Liftoff/index.html");
-  Controller controller(platform);
-  platform.application.run(controller);
-  EXPECT_EQ(platform.log(), (Lines{"added the bundled Starship Liftoff wallpaper",
-                                   "launched, showing: Starship Liftoff", "showing on 2 display(s)"}));
-}
-
 TEST(Launch, MakingAControllerTouchesNothing) {
   FakePlatform platform;
   platform.files.put("/share/Wallpapers/Aurora/index.html");

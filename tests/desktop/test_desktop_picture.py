@@ -81,10 +81,3 @@ def test_desktop_with_settings_of_its_own(tavelle, view, picture):
         "picture-uri": f"'{picture.as_uri()}'", "picture-uri-dark": f"'{picture.as_uri()}'",
         "picture-options": "'zoom'"}
     assert view.colors(0, 0, 2560, 720) == {0x808080}
-
-
-def test_unknown_arguments_start_the_program(tavelle):
-    tavelle.add("Own", color_page("#008000"))
-    tavelle.store(wallpaper="Own")
-    tavelle.start("--set-still")
-    tavelle.wait("launched, showing: Own")

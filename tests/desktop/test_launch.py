@@ -37,20 +37,6 @@ def test_first_launch_adds_the_samples_and_shows_the_first_choice(tavelle):
     assert list(tavelle.library.iterdir()) == []
 
 
-@pytest.mark.parametrize(("stored", "others", "shown"), [
-    ("Own", ["Another", "Starship Liftoff"], "Own"),
-    ("Deleted", ["Another", "Starship Liftoff"], "Starship Liftoff"),
-    ("Deleted", ["Zebra", "another"], "another"),
-])
-def test_stored_choice_or_what_is_left(tavelle, stored, others, shown):
-    for name in {*others, shown}:
-        tavelle.add(name, color_page("#000", f"<script>document.title = {name!r}</script>"))
-    tavelle.store(wallpaper=stored)
-    tavelle.start()
-    tavelle.wait(f'loaded: {{"title":"{shown}"')
-    assert tavelle.messages()[0] == f"launched, showing: {shown}"
-
-
 def test_empty_library_shows_nothing_until_something_is_chosen(tavelle, view):
     tavelle.store()
     tavelle.start()

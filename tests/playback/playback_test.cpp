@@ -30,7 +30,6 @@ struct Playback : testing::Test {
     platform.addWallpaper(name);
     launch();
   }
-  FakeWindow& window(std::size_t fromEnd) { return *platform.windows.made.rbegin()[static_cast<long>(fromEnd)]; }
   FakeWebView& page(std::size_t index) { return *platform.webViews.made.at(platform.webViews.made.size() - 2 + index); }
   Wallpaper wallpaper(const std::string& name) { return {{controller.library() / name}}; }
 
@@ -48,16 +47,6 @@ TEST_F(Playback, CoversEachScreenWithItsOwnPage) {
     EXPECT_EQ(page(i).loaded, std::vector<std::filesystem::path>{"/home/Pictures/Wallpapers/Waves/index.html"});
     EXPECT_EQ(page(i).folder, "/home/Pictures/Wallpapers/Waves");
   }
-}
-
-TEST_F(Playback, StaysOffScreenUntilThereIsSomethingToShow) {
-  launch();
-  EXPECT_FALSE(window(0).visible || window(1).visible);
-  EXPECT_TRUE(page(0).loaded.empty());
-  platform.addWallpaper("Waves");
-  controller.show(wallpaper("Waves"));
-  EXPECT_TRUE(window(0).visible && window(1).visible);
-  EXPECT_EQ(page(1).loaded.size(), 1U);
 }
 
 TEST_F(Playback, RebuildsOnceAfterABurstOfChanges) {
@@ -80,16 +69,6 @@ TEST_F(Playback, RebuildsOnceAfterABurstOfChanges) {
   platform.screens.changed();
   platform.mainLoop.turn(0.5);
   EXPECT_EQ(platform.log().back(), "showing on 0 display(s)");
-}
-
-TEST_F(Playback, SkipsARebuildWhenTheScreensComeBack) {
-  launchWith("Waves");
-  const auto before = platform.screens.screens;
-  platform.screens.screens.pop_back();
-  platform.screens.changed();
-  platform.screens.screens = before;
-  platform.mainLoop.turn(1);
-  EXPECT_EQ(platform.windows.made.size(), 2U);
 }
 
 TEST(ScreenSignature, JoinsTheFrames) {
