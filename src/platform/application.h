@@ -29,7 +29,7 @@ class Application {
  public:
   virtual ~Application() = default;
 
-  /// Runs the event loop until `terminate()`, a request of the session's to end, SIGTERM or SIGINT. Where the
+  /// Runs the event loop until `terminate()`, SIGTERM or SIGINT. Where the
   /// application runs already in this session, it only makes that one known of this start. The application shows in no
   /// dock or task bar and goes on without any window. Returns the process's exit status.
   virtual int run(ApplicationDelegate& delegate) = 0;
