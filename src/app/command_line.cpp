@@ -18,7 +18,7 @@ struct Option {
   Mode mode;
 };
 
-constexpr std::array<Option, 1> options{{{"--set-still", 2, Mode::setStill}}};
+constexpr std::array<Option, 2> options{{{"--set-still", 2, Mode::setStill}, {"--coverage", 1, Mode::coverage}}};
 
 }  // namespace
 

@@ -1,3 +1,6 @@
+#include <unistd.h>
+
+#include <cstdint>
 #include <filesystem>
 #include <iostream>
 #include <string>
@@ -6,6 +9,7 @@
 #include "app/command_line.h"
 #include "app/commands.h"
 #include "app/controller.h"
+#include "coverage/coverage_report.h"
 #include "platform/application.h"
 #include "platform/linux/desktop_services.h"
 #include "platform/linux/gio_workspace.h"
@@ -35,10 +39,21 @@ int runSetStill(const std::filesystem::path& image) {
   return setStill(image, (*desktop)->screens(), (*desktop)->desktopPicture(), std::cout, std::cerr);
 }
 
+int runCoverage() {
+  // Where there is no screen to ask about there is nothing to tell, and no failure.
+  if (!hasDisplay()) return 0;
+  if (const auto desktop = openDesktop()) {
+    reportCoverage((*desktop)->screens(), (*desktop)->windowList(), getpid(), std::cout);
+  }
+  return 0;
+}
+
 int runMode(Mode mode, const std::vector<std::string>& arguments) {
   switch (mode) {
     case Mode::setStill:
       return runSetStill(arguments[1]);
+    case Mode::coverage:
+      return runCoverage();
   }
   return 1;
 }

@@ -1,15 +1,30 @@
 #pragma once
 
+#include <algorithm>
+
 namespace tavelle {
 
-/// A rectangle in the coordinate space that its holder names. The unit is the desktop's logical pixel.
+/// A rectangle in the coordinate space that its holder names. The unit is the desktop's logical pixel where the holder
+/// says nothing else.
 struct Rect {
   double x = 0;
   double y = 0;
   double width = 0;
   double height = 0;
 
+  double maxX() const { return x + width; }
+  double maxY() const { return y + height; }
+  bool isEmpty() const { return !(width > 0 && height > 0); }
+
   friend bool operator==(const Rect&, const Rect&) = default;
 };
+
+/// What both rectangles have in common; an empty rectangle when they do not meet.
+inline Rect intersection(const Rect& a, const Rect& b) {
+  const double x = std::max(a.x, b.x);
+  const double y = std::max(a.y, b.y);
+  const Rect common{x, y, std::min(a.maxX(), b.maxX()) - x, std::min(a.maxY(), b.maxY()) - y};
+  return common.isEmpty() ? Rect{} : common;
+}
 
 }  // namespace tavelle

@@ -15,6 +15,8 @@ struct Screen {
   std::string name;
   /// The whole monitor in screen space: origin at the bottom-left of the main screen, y grows upwards.
   Rect frame;
+  /// The part of the monitor that no panel or dock takes for itself, in screen space.
+  Rect visibleFrame;
   /// The whole monitor in global display space: origin at the top-left of the main screen, y grows downwards.
   Rect bounds;
 };

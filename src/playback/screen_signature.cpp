@@ -7,8 +7,9 @@ namespace tavelle {
 
 std::string screenSignature(const std::vector<Screen>& screens) {
   std::string signature;
-  for (const auto& [name, frame, bounds] : screens) {
+  for (const Screen& screen : screens) {
     if (!signature.empty()) signature += '|';
+    const Rect& frame = screen.frame;
     signature += "(" + shortestDecimal(frame.x) + ", " + shortestDecimal(frame.y) + ", " +
                  shortestDecimal(frame.width) + ", " + shortestDecimal(frame.height) + ")";
   }

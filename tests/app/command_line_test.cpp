@@ -14,6 +14,8 @@ TEST(CommandLine, ChoosesTheModeByTheWholeFirstArgumentAndItsCount) {
   for (const auto& [arguments, mode] :
        std::vector<std::pair<Arguments, std::optional<Mode>>>{{{}, std::nullopt},
                                                               {{"--set-still"}, std::nullopt},
+                                                              {{"--coverage"}, Mode::coverage},
+                                                              {{"--coverage", "--set-still", "a.jpg"}, Mode::coverage},
                                                               {{"--Set-Still", "a.jpg"}, std::nullopt},
                                                               {{"--set-still=a.jpg", "b.jpg"}, std::nullopt},
                                                               {{"a.jpg", "--set-still"}, std::nullopt},

@@ -2,6 +2,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,6 +13,7 @@
 #include "platform/screens.h"
 #include "platform/wallpaper_window.h"
 #include "platform/web_view.h"
+#include "platform/window_list.h"
 #include "platform/workspace.h"
 
 namespace tavelle {
@@ -44,6 +46,15 @@ struct FakeScreens final : Screens {
   }
   std::vector<Screen> screens;
   std::function<void()> changed = [] {};
+};
+
+struct FakeWindowList final : WindowList {
+  std::optional<std::vector<WindowDescription>> onScreen() const override {
+    ++fetches;
+    return windows;
+  }
+  std::optional<std::vector<WindowDescription>> windows{std::in_place};
+  mutable int fetches = 0;
 };
 
 struct FakeDesktopPicture final : DesktopPicture {

@@ -17,8 +17,8 @@ namespace tavelle {
 /// the real one.
 struct FakePlatform {
   FakePlatform() {
-    screens.screens = {{"left", {0, 0, 1920, 1080}, {0, 0, 1920, 1080}},
-                       {"right", {1920, 56, 1280, 1024}, {1920, 0, 1280, 1024}}};
+    screens.screens = {{"left", {0, 0, 1920, 1080}, {0, 0, 1920, 1080}, {0, 0, 1920, 1080}},
+                       {"right", {1920, 56, 1280, 1024}, {1920, 56, 1280, 1024}, {1920, 0, 1280, 1024}}};
     files.put("/home/Library/Logs/Tavelle.log");
     static_cast<void>(files.createFolders("/share"));
   }
@@ -60,6 +60,7 @@ struct FakePlatform {
   FakeDefaults defaults;
   FakeWindows windows;
   FakeWebViews webViews;
+  FakeWindowList windowList;
   FakeWorkspace workspace;
 };
 

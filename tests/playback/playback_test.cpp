@@ -73,7 +73,7 @@ TEST_F(Playback, RebuildsOnceAfterABurstOfChanges) {
 
 TEST(ScreenSignature, JoinsTheFrames) {
   EXPECT_EQ(screenSignature({}), "");
-  EXPECT_EQ(screenSignature({{"a", {0, 0, 1728, 1117}, {}}, {"b", {-1280.5, 0, 1280, 720}, {}}}),
+  EXPECT_EQ(screenSignature({{"a", {0, 0, 1728, 1117}, {}, {}}, {"b", {-1280.5, 0, 1280, 720}, {}, {}}}),
             "(0.0, 0.0, 1728.0, 1117.0)|(-1280.5, 0.0, 1280.0, 720.0)");
 }
 

@@ -11,6 +11,7 @@ class DesktopPicture;
 class Screens;
 class WallpaperWindows;
 class WebViews;
+class WindowList;
 
 /// The services that need a display, the toolkit and the web engine. They are built into a library of their own, which
 /// is loaded only when one of them is needed: loading it takes longer than a whole command-line task.
@@ -22,6 +23,7 @@ class DesktopServices {
   virtual DesktopPicture& desktopPicture() = 0;
   virtual Screens& screens() = 0;
   virtual WallpaperWindows& windows() = 0;
+  virtual WindowList& windowList() = 0;
   virtual WebViews& webViews() = 0;
 };
 

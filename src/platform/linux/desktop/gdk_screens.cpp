@@ -8,10 +8,10 @@
 namespace tavelle {
 namespace {
 
-GdkRectangle geometryOf(GdkMonitor* monitor) {
+Rect geometryOf(GdkMonitor* monitor) {
   GdkRectangle geometry;
   gdk_monitor_get_geometry(monitor, &geometry);
-  return geometry;
+  return rectOf(geometry);
 }
 
 /// The main monitor first, the others in GDK's order.
@@ -25,16 +25,19 @@ std::vector<GdkMonitor*> monitors() {
   return all;
 }
 
-Screen screenOf(GdkMonitor* monitor, const GdkRectangle& main) {
-  const GdkRectangle place = geometryOf(monitor);
+Screen screenOf(GdkMonitor* monitor, const Rect& main, const Rect& workArea) {
   const char* const model = gdk_monitor_get_model(monitor);
-  const double width = place.width;
-  const double height = place.height;
-  const double x = place.x - main.x;
-  const double y = place.y - main.y;
+  const auto global = [&](const Rect& inGdk) {
+    return Rect{inGdk.x - main.x, inGdk.y - main.y, inGdk.width, inGdk.height};
+  };
+  const auto upwards = [&](const Rect& downwards) {
+    return Rect{downwards.x, main.height - downwards.maxY(), downwards.width, downwards.height};
+  };
+  const Rect bounds = global(geometryOf(monitor));
   return {.name = model ? model : "",
-          .frame = {x, main.height - (y + height), width, height},
-          .bounds = {x, y, width, height}};
+          .frame = upwards(bounds),
+          .visibleFrame = upwards(global(workArea)),
+          .bounds = bounds};
 }
 
 /// Calls one function from several signals of the display and its screen, until it dies.
@@ -80,9 +83,10 @@ class ChangeListener {
 
 std::vector<Screen> GdkScreens::list() const {
   const auto all = monitors();
+  const auto areas = workAreas_.of(all);
   std::vector<Screen> screens;
   screens.reserve(all.size());
-  for (GdkMonitor* monitor : all) screens.push_back(screenOf(monitor, geometryOf(all.front())));
+  for (std::size_t i = 0; i < all.size(); ++i) screens.push_back(screenOf(all[i], geometryOf(all.front()), areas[i]));
   return screens;
 }
 
@@ -90,11 +94,20 @@ Registration GdkScreens::onChange(std::function<void()> changed) {
   return Registration([listener = std::make_shared<ChangeListener>(std::move(changed))] {});
 }
 
-GdkPoint mainScreenOrigin() {
+PixelSpace PixelSpace::current() {
   const auto all = monitors();
-  if (all.empty()) return {0, 0};
-  const GdkRectangle main = geometryOf(all.front());
-  return {main.x, main.y};
+  const Rect main = all.empty() ? Rect{} : geometryOf(all.front());
+  return {.originX = main.x,
+          .originY = main.y,
+          .scale = static_cast<double>(gdk_window_get_scale_factor(gdk_get_default_root_window()))};
+}
+
+Rect PixelSpace::toPixels(const Rect& global) const {
+  return {(originX + global.x) * scale, (originY + global.y) * scale, global.width * scale, global.height * scale};
+}
+
+Rect PixelSpace::toGlobal(const Rect& pixels) const {
+  return {pixels.x / scale - originX, pixels.y / scale - originY, pixels.width / scale, pixels.height / scale};
 }
 
 }  // namespace tavelle

@@ -2,18 +2,36 @@
 
 #include <gdk/gdk.h>
 
+#include "platform/linux/desktop/work_areas.h"
 #include "platform/screens.h"
 
 namespace tavelle {
 
-/// GDK's monitors.
+/// GDK's monitors, with the work areas that the window manager or the panels tell.
 class GdkScreens final : public Screens {
  public:
+  explicit GdkScreens(const XConnection& connection) : workAreas_(connection) {}
+
   std::vector<Screen> list() const override;
   Registration onChange(std::function<void()> changed) override;
+
+ private:
+  WorkAreas workAreas_;
 };
 
-/// Where the main screen's top-left corner lies in GDK's own coordinates, which `Screen::bounds` count from.
-GdkPoint mainScreenOrigin();
+/// How the pixels of the X server's picture, counted from its top-left corner, lie in global display space.
+struct PixelSpace {
+  /// As things are now.
+  static PixelSpace current();
+
+  Rect toPixels(const Rect& global) const;
+  Rect toGlobal(const Rect& pixels) const;
+
+  /// The main screen's top-left corner, in GDK's coordinates.
+  double originX;
+  double originY;
+  /// Pixels in a logical pixel.
+  double scale;
+};
 
 }  // namespace tavelle

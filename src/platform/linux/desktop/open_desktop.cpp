@@ -5,6 +5,7 @@
 #include "platform/linux/desktop/linux_desktop_picture.h"
 #include "platform/linux/desktop/webkit_web_views.h"
 #include "platform/linux/desktop/x11_wallpaper_window.h"
+#include "platform/linux/desktop/x11_window_list.h"
 #include "platform/linux/desktop_services.h"
 
 namespace tavelle {
@@ -16,6 +17,7 @@ class GtkDesktopServices final : public DesktopServices {
   DesktopPicture& desktopPicture() override { return desktopPicture_; }
   Screens& screens() override { return screens_; }
   WallpaperWindows& windows() override { return windows_; }
+  WindowList& windowList() override { return windowList_; }
   WebViews& webViews() override { return made(webViews_); }
 
  private:
@@ -26,8 +28,10 @@ class GtkDesktopServices final : public DesktopServices {
     return *service;
   }
 
+  const XConnection connection_;
   std::unique_ptr<GtkApplication> application_;
-  GdkScreens screens_;
+  GdkScreens screens_{connection_};
+  X11WindowList windowList_{connection_};
   LinuxDesktopPicture desktopPicture_;
   X11WallpaperWindows windows_;
   std::unique_ptr<WebKitWebViews> webViews_;

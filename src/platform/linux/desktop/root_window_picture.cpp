@@ -25,14 +25,6 @@ using PropertyPtr = std::unique_ptr<unsigned char, FreeWith<XFree>>;
 /// what to free.
 constexpr std::array pictureProperties{"_XROOTPMAP_ID", "ESETROOT_PMAP_ID"};
 
-/// A part of the root window, in pixels of the X server.
-struct PixelRect {
-  double x;
-  double y;
-  double width;
-  double height;
-};
-
 std::optional<Pixmap> pixmapProperty(Display* display, const char* name) {
   Atom type = None;
   int format = 0;
@@ -83,7 +75,7 @@ void copyCurrentPicture(Display* display, Pixmap target) {
             0);
 }
 
-void paint(cairo_t* cairo, GdkPixbuf* picture, const PixelRect& place) {
+void paint(cairo_t* cairo, GdkPixbuf* picture, const Rect& place) {
   const double width = gdk_pixbuf_get_width(picture);
   const double height = gdk_pixbuf_get_height(picture);
   const double scale = std::max(place.width / width, place.height / height);
@@ -115,13 +107,6 @@ void publish(Display* display, Pixmap pixmap) {
   XSync(display, False);
 }
 
-PixelRect pixelsOf(const Screen& screen) {
-  const GdkPoint origin = mainScreenOrigin();
-  const double scale = gdk_window_get_scale_factor(gdk_get_default_root_window());
-  return {(origin.x + screen.bounds.x) * scale, (origin.y + screen.bounds.y) * scale, screen.bounds.width * scale,
-          screen.bounds.height * scale};
-}
-
 }  // namespace
 
 Result<void> paintRootWindow(const std::filesystem::path& image, const Screen& screen) {
@@ -145,7 +130,7 @@ Result<void> paintRootWindow(const std::filesystem::path& image, const Screen& s
   {
     const SurfacePtr surface = surfaceOf(display.get(), pixmap, width, height);
     const CairoPtr cairo(cairo_create(surface.get()));
-    paint(cairo.get(), upright.get(), pixelsOf(screen));
+    paint(cairo.get(), upright.get(), PixelSpace::current().toPixels(screen.bounds));
     cairo_surface_flush(surface.get());
     if (const auto status = cairo_status(cairo.get()); status != CAIRO_STATUS_SUCCESS) {
       return Error{std::string("couldn't draw the picture: ") + cairo_status_to_string(status)};

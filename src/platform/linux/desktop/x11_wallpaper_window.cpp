@@ -59,9 +59,10 @@ class X11WallpaperWindow final : public WallpaperWindow {
   bool isVisible() const override { return window_.get_visible(); }
 
  private:
+  /// Where the screen lies in GDK's own coordinates.
   static GdkRectangle gdkPlace(const Screen& screen) {
-    const GdkPoint origin = mainScreenOrigin();
-    return {origin.x + static_cast<int>(screen.bounds.x), origin.y + static_cast<int>(screen.bounds.y),
+    const PixelSpace space = PixelSpace::current();
+    return {static_cast<int>(space.originX + screen.bounds.x), static_cast<int>(space.originY + screen.bounds.y),
             static_cast<int>(screen.bounds.width), static_cast<int>(screen.bounds.height)};
   }
 

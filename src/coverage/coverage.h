@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "platform/geometry.h"
+
+namespace tavelle {
+
+class WindowList;
+struct Screen;
+
+/// The places of the windows that may hide the desktop from the user, front to back, in global display space: those of
+/// other processes than `ownProcess`, of the ordinary layer, visible, and more than 40 pixels wide and high.
+std::vector<Rect> otherWindowRects(const WindowList& windows, std::int32_t ownProcess);
+
+/// How much of the screen's desktop (what panels leave of the screen) the windows hide, from 0.0 to 1.0: the share of a
+/// fixed grid of sample points that lie in at least one of them. A point on the left or top edge of a window lies in
+/// it, one on the right or bottom edge does not. 0.0 when the screen has no desktop.
+double coverage(const Screen& screen, std::span<const Rect> windows);
+
+/// Whether a screen with this coverage is as good as hidden.
+bool countsAsCovered(double coverage);
+
+}  // namespace tavelle

@@ -1,0 +1,102 @@
+#include "platform/linux/desktop/work_areas.h"
+
+#include <gdk/gdkx.h>
+
+#include <array>
+#include <limits>
+
+#include "platform/linux/struts.h"
+
+namespace tavelle {
+namespace {
+
+/// The atoms' places among `atomNames`.
+enum AtomIndex : std::size_t { clientList, currentDesktop, wmDesktop, partialStrut, plainStrut };
+
+constexpr std::array<std::string_view, 5> atomNames{"_NET_CLIENT_LIST", "_NET_CURRENT_DESKTOP", "_NET_WM_DESKTOP",
+                                                    "_NET_WM_STRUT_PARTIAL", "_NET_WM_STRUT"};
+
+/// The order in which both strut properties give the four edges.
+constexpr std::array edges{Strut::Edge::left, Strut::Edge::right, Strut::Edge::top, Strut::Edge::bottom};
+
+/// The struts that a window asks for: the property that says where along the edges the window is, else the older one
+/// that doesn't.
+void addStruts(std::vector<Strut>& struts, const std::vector<std::uint32_t>& partial,
+               const std::vector<std::uint32_t>& plain, double scale) {
+  const auto& depths = partial.size() == 12 ? partial : plain;
+  if (depths.size() < edges.size()) return;
+  for (std::size_t i = 0; i < edges.size(); ++i) {
+    if (depths[i] == 0) continue;
+    Strut strut{.edge = edges[i], .depth = depths[i] / scale, .from = 0, .to = std::numeric_limits<double>::infinity()};
+    if (depths.size() == 12) {
+      // Both places count as part of the strip.
+      strut.from = depths[4 + 2 * i] / scale;
+      strut.to = (depths[5 + 2 * i] + 1.0) / scale;
+    }
+    struts.push_back(strut);
+  }
+}
+
+}  // namespace
+
+Rect rectOf(const GdkRectangle& rectangle) {
+  return {static_cast<double>(rectangle.x), static_cast<double>(rectangle.y), static_cast<double>(rectangle.width),
+          static_cast<double>(rectangle.height)};
+}
+
+WorkAreas::WorkAreas(const XConnection& connection)
+    : connection_(connection), atoms_(internAtoms(connection, atomNames)) {}
+
+std::vector<Rect> WorkAreas::of(const std::vector<GdkMonitor*>& monitors) const {
+  // The one work area that all window managers tell is that of all monitors together, of use only where there is but
+  // one. For several, some managers tell each monitor's own; elsewhere the panels have to be asked.
+  const bool managerTells =
+      monitors.size() == 1 || gdk_x11_screen_supports_net_wm_hint(gdk_screen_get_default(),
+                                                                  gdk_atom_intern_static_string("_GTK_WORKAREAS"));
+  if (!managerTells) return askPanels(monitors);
+  std::vector<Rect> areas;
+  areas.reserve(monitors.size());
+  for (GdkMonitor* monitor : monitors) {
+    GdkRectangle area;
+    gdk_monitor_get_workarea(monitor, &area);
+    areas.push_back(rectOf(area));
+  }
+  return areas;
+}
+
+std::vector<Rect> WorkAreas::askPanels(const std::vector<GdkMonitor*>& monitors) const {
+  GeometryRequest picture(connection_, xcb_get_geometry(connection_.get(), connection_.root()));
+  PropertyRequest current(connection_, connection_.root(), atoms_[currentDesktop]);
+  PropertyRequest clients(connection_, connection_.root(), atoms_[clientList]);
+
+  struct WindowRequest {
+    PropertyRequest desktop;
+    PropertyRequest partial;
+    PropertyRequest plain;
+  };
+  std::vector<WindowRequest> requests;
+  for (const xcb_window_t window : clients.read()) {
+    requests.push_back({{connection_, window, atoms_[wmDesktop]},
+                        {connection_, window, atoms_[partialStrut]},
+                        {connection_, window, atoms_[plainStrut]}});
+  }
+  const double scale = gdk_window_get_scale_factor(gdk_get_default_root_window());
+  const auto here = current.readFirst();
+  std::vector<Strut> struts;
+  for (auto& [desktop, partial, plain] : requests) {
+    if (isOnDesktop(desktop.readFirst(), here)) addStruts(struts, partial.read(), plain.read(), scale);
+  }
+
+  const auto size = picture.read();
+  std::vector<Rect> areas;
+  areas.reserve(monitors.size());
+  for (GdkMonitor* monitor : monitors) {
+    GdkRectangle geometry;
+    gdk_monitor_get_geometry(monitor, &geometry);
+    const Rect whole = rectOf(geometry);
+    areas.push_back(size ? workArea(whole, size->width / scale, size->height / scale, struts) : whole);
+  }
+  return areas;
+}
+
+}  // namespace tavelle
