@@ -54,6 +54,15 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   /// Opens the library folder in the file browser.
   void showFolder();
 
+  // --- Coverage (coverage/)
+
+  /// From now on pauses the page of each screen whose desktop other windows hide, and plays it when they no longer do.
+  void startCoverageWatch();
+  /// Looks once at what hides the desktops, and acts on what has changed since the last look.
+  void checkCoverage();
+  /// Looks now and again when the windows have come to rest.
+  void coverageEvent();
+
   // --- Playback (playback/)
 
   /// The wallpaper on show.
@@ -102,6 +111,8 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
 
   Registration settingsTrouble_;
   Registration screenObserver_;
+  Registration coverageTimer_;
+  Registration workspaceObserver_;
   Registration rebuildRequest_;
   PendingCalls pending_;
 };

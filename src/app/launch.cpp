@@ -24,6 +24,7 @@ void Controller::applicationDidFinishLaunching() {
   log("launched, showing: " + (current_ ? current_->name() : "nothing"));
   buildWindows();
   screenObserver_ = platform_.screens.onChange([this] { screensChanged(); });
+  startCoverageWatch();
 }
 
 void Controller::restoreWallpaper() {

@@ -12,7 +12,6 @@
 #include "coverage/coverage_report.h"
 #include "platform/application.h"
 #include "platform/linux/desktop_services.h"
-#include "platform/linux/gio_workspace.h"
 #include "platform/linux/glib_main_loop.h"
 #include "platform/linux/icu_text_order.h"
 #include "platform/linux/linux_files.h"
@@ -64,7 +63,6 @@ int runApplication() {
     std::cerr << "tavelle: " << desktop.error().description << '\n';
     return 1;
   }
-  GioWorkspace workspace;
   GLibMainLoop mainLoop;
   IcuTextOrder textOrder;
   LinuxFiles files;
@@ -85,7 +83,9 @@ int runApplication() {
                           .defaults = defaults,
                           .windows = (*desktop)->windows(),
                           .webViews = (*desktop)->webViews(),
-                          .workspace = workspace,
+                          .windowList = (*desktop)->windowList(),
+                          .workspace = (*desktop)->workspace(),
+                          .processId = getpid(),
                           .home = home,
                           .resources = resourceFolder()};
   Controller controller(platform);

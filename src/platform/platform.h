@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 
@@ -15,6 +16,7 @@ class TextOrder;
 class UserDefaults;
 class WallpaperWindows;
 class WebViews;
+class WindowList;
 class Workspace;
 
 /// All that the program needs from outside its process. The services outlive everything that is handed this.
@@ -29,8 +31,11 @@ struct Platform {
   UserDefaults& defaults;
   WallpaperWindows& windows;
   WebViews& webViews;
+  WindowList& windowList;
   Workspace& workspace;
 
+  /// This process.
+  std::int32_t processId;
   /// The user's home folder.
   std::filesystem::path home;
   /// The folder of the files that come with the program; none when it cannot be found.

@@ -35,7 +35,12 @@ struct FakeApplication final : Application {
 
 struct FakeWorkspace final : Workspace {
   void openFolder(const std::filesystem::path& folder) override { opened.push_back(folder); }
+  Registration onEvent(std::function<void()> tell) override {
+    happened = std::move(tell);
+    return Registration([this] { happened = nullptr; });
+  }
   std::vector<std::filesystem::path> opened;
+  std::function<void()> happened;
 };
 
 struct FakeScreens final : Screens {

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <utility>
 
 #include "platform/main_loop.h"
@@ -17,6 +18,12 @@ class FakeMainLoop final : public MainLoop {
     return Registration([this, key] { waiting_.erase(key); });
   }
 
+  Registration repeat(double seconds, double tolerance, std::function<void()> action) override {
+    auto timer = std::make_shared<Repeating>(Repeating{seconds, tolerance, now_, std::move(action), {}});
+    schedule(timer);
+    return Registration([timer] { timer->next.cancel(); });
+  }
+
   /// Lets `seconds` pass and runs what falls due, in order of time.
   void turn(double seconds) {
     const double end = now_ + seconds;
@@ -28,7 +35,26 @@ class FakeMainLoop final : public MainLoop {
     now_ = end;
   }
 
+  /// Which share of their tolerance repeated actions are late.
+  double lateness = 0;
+
  private:
+  struct Repeating {
+    double seconds;
+    double tolerance;
+    double due;
+    std::function<void()> action;
+    Registration next;
+  };
+
+  void schedule(const std::shared_ptr<Repeating>& timer) {
+    timer->due += timer->seconds;
+    timer->next = after(timer->due + lateness * timer->tolerance - now_, [this, timer] {
+      schedule(timer);
+      timer->action();
+    });
+  }
+
   double now_ = 0;
   int next_ = 0;
   /// By time due, then by order of the calls.

@@ -34,7 +34,9 @@ struct FakePlatform {
             .defaults = defaults,
             .windows = windows,
             .webViews = webViews,
+            .windowList = windowList,
             .workspace = workspace,
+            .processId = 77,
             .home = "/home",
             .resources = "/share"};
   }

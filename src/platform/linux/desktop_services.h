@@ -12,6 +12,7 @@ class Screens;
 class WallpaperWindows;
 class WebViews;
 class WindowList;
+class Workspace;
 
 /// The services that need a display, the toolkit and the web engine. They are built into a library of their own, which
 /// is loaded only when one of them is needed: loading it takes longer than a whole command-line task.
@@ -24,6 +25,7 @@ class DesktopServices {
   virtual Screens& screens() = 0;
   virtual WallpaperWindows& windows() = 0;
   virtual WindowList& windowList() = 0;
+  virtual Workspace& workspace() = 0;
   virtual WebViews& webViews() = 0;
 };
 

@@ -24,6 +24,36 @@ gboolean fire(gpointer data) {
   return G_SOURCE_REMOVE;
 }
 
+/// A source that comes due again and again. The loop sleeps until the end of the tolerance, but when something else has
+/// it awake earlier, the source takes its turn then. Times are GLib's monotonic ones, in microseconds.
+struct RepeatingSource {
+  GSource base;
+  gint64 interval;
+  gint64 tolerance;
+  gint64 due;
+};
+
+RepeatingSource& repeating(GSource* source) { return *reinterpret_cast<RepeatingSource*>(source); }
+
+gboolean isDue(GSource* source) { return g_source_get_time(source) >= repeating(source).due; }
+
+gboolean prepare(GSource* source, gint* timeout) {
+  const auto& [base, interval, tolerance, due] = repeating(source);
+  const gint64 left = due + tolerance - g_source_get_time(source);
+  *timeout = static_cast<gint>(std::clamp<gint64>((left + 999) / 1000, 0, G_MAXINT));
+  return isDue(source);
+}
+
+gboolean dispatch(GSource* source, GSourceFunc callback, gpointer data) {
+  auto& [base, interval, tolerance, due] = repeating(source);
+  due += interval * ((g_source_get_time(source) - due) / interval + 1);
+  return callback(data);
+}
+
+GSourceFuncs repeatingFunctions{prepare, isDue, dispatch, nullptr, nullptr, nullptr};
+
+gint64 microseconds(double seconds) { return std::llround(seconds * G_USEC_PER_SEC); }
+
 }  // namespace
 
 Registration GLibMainLoop::after(double seconds, std::function<void()> action) {
@@ -35,6 +65,28 @@ Registration GLibMainLoop::after(double seconds, std::function<void()> action) {
       [](gpointer data) { std::unique_ptr<SharedTimer>(static_cast<SharedTimer*>(data)).reset(); });
   return Registration([timer] {
     if (timer->source != 0) g_source_remove(std::exchange(timer->source, 0));
+  });
+}
+
+Registration GLibMainLoop::repeat(double seconds, double tolerance, std::function<void()> action) {
+  GSource* const source = g_source_new(&repeatingFunctions, sizeof(RepeatingSource));
+  auto& timing = repeating(source);
+  timing.interval = std::max<gint64>(1, microseconds(seconds));
+  timing.tolerance = microseconds(tolerance);
+  timing.due = g_get_monotonic_time() + timing.interval;
+  using Action = std::function<void()>;
+  g_source_set_callback(
+      source,
+      [](gpointer data) -> gboolean {
+        (*static_cast<Action*>(data))();
+        return G_SOURCE_CONTINUE;
+      },
+      std::make_unique<Action>(std::move(action)).release(),
+      [](gpointer data) { std::unique_ptr<Action>(static_cast<Action*>(data)).reset(); });
+  g_source_attach(source, nullptr);
+  return Registration([source] {
+    g_source_destroy(source);
+    g_source_unref(source);
   });
 }
 

@@ -8,6 +8,7 @@ namespace tavelle {
 class GLibMainLoop final : public MainLoop {
  public:
   Registration after(double seconds, std::function<void()> action) override;
+  Registration repeat(double seconds, double tolerance, std::function<void()> action) override;
 };
 
 }  // namespace tavelle

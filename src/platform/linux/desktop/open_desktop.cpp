@@ -3,6 +3,7 @@
 #include "platform/linux/desktop/gdk_screens.h"
 #include "platform/linux/desktop/gtk_application.h"
 #include "platform/linux/desktop/linux_desktop_picture.h"
+#include "platform/linux/desktop/linux_workspace.h"
 #include "platform/linux/desktop/webkit_web_views.h"
 #include "platform/linux/desktop/x11_wallpaper_window.h"
 #include "platform/linux/desktop/x11_window_list.h"
@@ -18,6 +19,7 @@ class GtkDesktopServices final : public DesktopServices {
   Screens& screens() override { return screens_; }
   WallpaperWindows& windows() override { return windows_; }
   WindowList& windowList() override { return windowList_; }
+  Workspace& workspace() override { return workspace_; }
   WebViews& webViews() override { return made(webViews_); }
 
  private:
@@ -32,6 +34,7 @@ class GtkDesktopServices final : public DesktopServices {
   std::unique_ptr<GtkApplication> application_;
   GdkScreens screens_{connection_};
   X11WindowList windowList_{connection_};
+  LinuxWorkspace workspace_;
   LinuxDesktopPicture desktopPicture_;
   X11WallpaperWindows windows_;
   std::unique_ptr<WebKitWebViews> webViews_;

@@ -51,8 +51,8 @@ std::vector<Rect> WorkAreas::of(const std::vector<GdkMonitor*>& monitors) const 
   // The one work area that all window managers tell is that of all monitors together, of use only where there is but
   // one. For several, some managers tell each monitor's own; elsewhere the panels have to be asked.
   const bool managerTells =
-      monitors.size() == 1 || gdk_x11_screen_supports_net_wm_hint(gdk_screen_get_default(),
-                                                                  gdk_atom_intern_static_string("_GTK_WORKAREAS"));
+      monitors.size() == 1 ||
+      gdk_x11_screen_supports_net_wm_hint(gdk_screen_get_default(), gdk_atom_intern_static_string("_GTK_WORKAREAS"));
   if (!managerTells) return askPanels(monitors);
   std::vector<Rect> areas;
   areas.reserve(monitors.size());

@@ -32,35 +32,34 @@ enum AtomIndex : std::size_t {
   firstFloatingType
 };
 
-constexpr std::array<std::string_view, 28> atomNames{
-    "_NET_CLIENT_LIST_STACKING",
-    "_NET_CLIENT_LIST",
-    "_NET_CURRENT_DESKTOP",
-    "_NET_SHOWING_DESKTOP",
-    "_NET_WM_DESKTOP",
-    "_NET_WM_STATE",
-    "_NET_WM_STATE_HIDDEN",
-    "_NET_WM_STATE_SHADED",
-    "_NET_WM_STATE_FULLSCREEN",
-    "_NET_WM_PID",
-    "_NET_WM_WINDOW_OPACITY",
-    "_NET_FRAME_EXTENTS",
-    "_GTK_FRAME_EXTENTS",
-    "_NET_WM_WINDOW_TYPE",
-    "_NET_WM_WINDOW_TYPE_DESKTOP",
-    "_NET_WM_WINDOW_TYPE_NORMAL",
-    "_NET_WM_WINDOW_TYPE_DIALOG",
-    "_NET_WM_WINDOW_TYPE_UTILITY",
-    "_NET_WM_WINDOW_TYPE_DOCK",
-    "_NET_WM_WINDOW_TYPE_TOOLBAR",
-    "_NET_WM_WINDOW_TYPE_MENU",
-    "_NET_WM_WINDOW_TYPE_SPLASH",
-    "_NET_WM_WINDOW_TYPE_DROPDOWN_MENU",
-    "_NET_WM_WINDOW_TYPE_POPUP_MENU",
-    "_NET_WM_WINDOW_TYPE_TOOLTIP",
-    "_NET_WM_WINDOW_TYPE_NOTIFICATION",
-    "_NET_WM_WINDOW_TYPE_COMBO",
-    "_NET_WM_WINDOW_TYPE_DND"};
+constexpr std::array<std::string_view, 28> atomNames{"_NET_CLIENT_LIST_STACKING",
+                                                     "_NET_CLIENT_LIST",
+                                                     "_NET_CURRENT_DESKTOP",
+                                                     "_NET_SHOWING_DESKTOP",
+                                                     "_NET_WM_DESKTOP",
+                                                     "_NET_WM_STATE",
+                                                     "_NET_WM_STATE_HIDDEN",
+                                                     "_NET_WM_STATE_SHADED",
+                                                     "_NET_WM_STATE_FULLSCREEN",
+                                                     "_NET_WM_PID",
+                                                     "_NET_WM_WINDOW_OPACITY",
+                                                     "_NET_FRAME_EXTENTS",
+                                                     "_GTK_FRAME_EXTENTS",
+                                                     "_NET_WM_WINDOW_TYPE",
+                                                     "_NET_WM_WINDOW_TYPE_DESKTOP",
+                                                     "_NET_WM_WINDOW_TYPE_NORMAL",
+                                                     "_NET_WM_WINDOW_TYPE_DIALOG",
+                                                     "_NET_WM_WINDOW_TYPE_UTILITY",
+                                                     "_NET_WM_WINDOW_TYPE_DOCK",
+                                                     "_NET_WM_WINDOW_TYPE_TOOLBAR",
+                                                     "_NET_WM_WINDOW_TYPE_MENU",
+                                                     "_NET_WM_WINDOW_TYPE_SPLASH",
+                                                     "_NET_WM_WINDOW_TYPE_DROPDOWN_MENU",
+                                                     "_NET_WM_WINDOW_TYPE_POPUP_MENU",
+                                                     "_NET_WM_WINDOW_TYPE_TOOLTIP",
+                                                     "_NET_WM_WINDOW_TYPE_NOTIFICATION",
+                                                     "_NET_WM_WINDOW_TYPE_COMBO",
+                                                     "_NET_WM_WINDOW_TYPE_DND"};
 
 constexpr int ordinaryLayer = 0;
 /// The server knows no numbers for layers; all that programs can tell is "not an ordinary window".
@@ -95,7 +94,8 @@ Rect shrunk(const Rect& rect, const Extents& by) { return grown(rect, {-by.left,
 /// Everything that is asked about one window.
 class X11WindowList::WindowRequest {
  public:
-  WindowRequest(const XConnection& connection, xcb_window_t window, const std::vector<xcb_atom_t>& atoms, const PixelSpace& space)
+  WindowRequest(const XConnection& connection, xcb_window_t window, const std::vector<xcb_atom_t>& atoms,
+                const PixelSpace& space)
       : atoms_(atoms),
         space_(space),
         attributes_(connection, xcb_get_window_attributes(connection.get(), window)),
@@ -177,8 +177,7 @@ class X11WindowList::WindowRequest {
 };
 
 X11WindowList::X11WindowList(const XConnection& connection)
-    : connection_(connection)
-    , atoms_(internAtoms(connection, atomNames)) {}
+    : connection_(connection), atoms_(internAtoms(connection, atomNames)) {}
 
 std::optional<std::vector<WindowDescription>> X11WindowList::onScreen() const {
   PropertyRequest stacking(connection_, connection_.root(), atoms_[stackingList]);

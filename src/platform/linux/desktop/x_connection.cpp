@@ -39,8 +39,9 @@ bool isOnDesktop(std::optional<std::uint32_t> window, std::optional<std::uint32_
 }
 
 PropertyRequest::PropertyRequest(const XConnection& connection, xcb_window_t window, xcb_atom_t property)
-    : request_(connection, xcb_get_property(connection.get(), 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0,
-                                            longestProperty)) {}
+    : request_(connection,
+               xcb_get_property(connection.get(), 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, longestProperty)) {
+}
 
 std::vector<std::uint32_t> PropertyRequest::read() {
   const auto reply = request_.read();

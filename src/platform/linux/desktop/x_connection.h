@@ -47,7 +47,8 @@ template <typename Reply, typename Cookie, Reply* (*Read)(xcb_connection_t*, Coo
 class XRequest {
  public:
   XRequest(const XConnection& connection, Cookie cookie) : connection_(connection.get()), cookie_(cookie) {}
-  XRequest(XRequest&& other) noexcept : connection_(std::exchange(other.connection_, nullptr)), cookie_(other.cookie_) {}
+  XRequest(XRequest&& other) noexcept
+      : connection_(std::exchange(other.connection_, nullptr)), cookie_(other.cookie_) {}
   XRequest& operator=(XRequest&&) = delete;
   ~XRequest() {
     if (connection_) xcb_discard_reply(connection_, cookie_.sequence);
@@ -66,11 +67,11 @@ class XRequest {
   Cookie cookie_;
 };
 
-using AttributesRequest = XRequest<xcb_get_window_attributes_reply_t, xcb_get_window_attributes_cookie_t,
-                                   xcb_get_window_attributes_reply>;
+using AttributesRequest =
+    XRequest<xcb_get_window_attributes_reply_t, xcb_get_window_attributes_cookie_t, xcb_get_window_attributes_reply>;
 using GeometryRequest = XRequest<xcb_get_geometry_reply_t, xcb_get_geometry_cookie_t, xcb_get_geometry_reply>;
-using TranslateRequest = XRequest<xcb_translate_coordinates_reply_t, xcb_translate_coordinates_cookie_t,
-                                  xcb_translate_coordinates_reply>;
+using TranslateRequest =
+    XRequest<xcb_translate_coordinates_reply_t, xcb_translate_coordinates_cookie_t, xcb_translate_coordinates_reply>;
 
 /// A question for a window's property, of those that are lists of 32-bit values.
 class PropertyRequest {

@@ -1,0 +1,44 @@
+#include "app/controller.h"
+#include "coverage/coverage.h"
+#include "platform/main_loop.h"
+#include "platform/screens.h"
+#include "platform/web_view.h"
+#include "platform/workspace.h"
+
+namespace tavelle {
+namespace {
+
+constexpr double checkInterval = 0.5;
+constexpr double checkTolerance = 0.15;
+/// Desktops animate what they do to windows; by then they have finished.
+constexpr double recheckDelay = 0.4;
+
+}  // namespace
+
+void Controller::startCoverageWatch() {
+  coverageTimer_ = platform_.mainLoop.repeat(checkInterval, checkTolerance, [this] { checkCoverage(); });
+  workspaceObserver_ = platform_.workspace.onEvent([this] { coverageEvent(); });
+  checkCoverage();
+}
+
+void Controller::coverageEvent() {
+  checkCoverage();
+  pending_.after(recheckDelay, [this] { checkCoverage(); });
+}
+
+void Controller::checkCoverage() {
+  const auto rects = otherWindowRects(platform_.windowList, platform_.processId);
+  const auto screens = platform_.screens.list();
+  if (covered_.size() != webViews_.size()) covered_.assign(webViews_.size(), false);
+  // There may be fewer screens than pages until the windows are rebuilt.
+  for (std::size_t i = 0; i < std::min(webViews_.size(), screens.size()); ++i) {
+    const bool covered = countsAsCovered(coverage(screens[i], rects));
+    if (covered == covered_[i]) continue;
+    covered_[i] = covered;
+    applyPlayState(i);
+    log((covered ? "desktop covered on screen " : "desktop visible on screen ") + std::to_string(i) +
+        (covered ? ": paused" : ": playing"));
+  }
+}
+
+}  // namespace tavelle

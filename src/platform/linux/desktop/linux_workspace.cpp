@@ -1,0 +1,23 @@
+#include "platform/linux/desktop/linux_workspace.h"
+
+#include <gio/gio.h>
+
+#include <memory>
+
+#include "platform/linux/desktop/window_manager_watch.h"
+#include "platform/linux/file_uri.h"
+#include "platform/linux/wake_watch.h"
+
+namespace tavelle {
+
+void LinuxWorkspace::openFolder(const std::filesystem::path& folder) {
+  g_app_info_launch_default_for_uri_async(fileUri(folder).c_str(), nullptr, nullptr, nullptr, nullptr);
+}
+
+Registration LinuxWorkspace::onEvent(std::function<void()> happened) {
+  const auto manager = std::make_shared<WindowManagerWatch>(happened);
+  const auto wake = std::make_shared<WakeWatch>(std::move(happened));
+  return Registration([manager, wake] {});
+}
+
+}  // namespace tavelle

@@ -1,0 +1,130 @@
+#include <gtest/gtest.h>
+
+#include "app/controller.h"
+#include "fakes/fake_platform.h"
+#include "playback/page_scripts.h"
+
+namespace tavelle {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+constexpr Rect left{0, 0, 1920, 1080};
+constexpr Rect right{1920, 0, 1280, 1024};
+
+class Monitoring : public testing::Test {
+ protected:
+  Monitoring() {
+    platform.addWallpaper("Waves");
+    controller->buildWindows();
+    controller->startCoverageWatch();
+  }
+
+  /// From now on these are the windows of others on screen.
+  void open(const std::vector<Rect>& windows) {
+    platform.windowList.windows.emplace();
+    for (const Rect& window : windows) platform.windowList.windows->push_back({0, 1, {}, window});
+  }
+
+  /// The lines about coverage since the last call.
+  Lines news() {
+    Lines lines;
+    const auto log = platform.log();
+    for (; read_ < log.size(); ++read_) {
+      if (log[read_].starts_with("desktop ")) lines.push_back(log[read_]);
+    }
+    return lines;
+  }
+
+  FakePlatform platform;
+  std::unique_ptr<Controller> controller = std::make_unique<Controller>(platform);
+
+ private:
+  std::size_t read_ = 0;
+};
+
+TEST_F(Monitoring, TellsThePageOfAScreenAndTheLogWhenItsFlagFlips) {
+  auto& pages = platform.webViews.made;
+  open({right});
+  platform.mainLoop.turn(0.5);
+  EXPECT_EQ(news(), Lines{"desktop covered on screen 1: paused"});
+  EXPECT_EQ(pages[1]->scripts, Lines{std::string(pauseJS)});
+  platform.mainLoop.turn(5);
+  EXPECT_EQ(news(), Lines{}) << "nothing changed";
+  open({left});
+  platform.mainLoop.turn(0.5);
+  EXPECT_EQ(news(), (Lines{"desktop covered on screen 0: paused", "desktop visible on screen 1: playing"}));
+  EXPECT_EQ(pages[0]->scripts, Lines{std::string(pauseJS)});
+  EXPECT_EQ(pages[1]->scripts, (Lines{std::string(pauseJS), std::string(playJS)}));
+}
+
+TEST_F(Monitoring, HasOneExactThreshold) {
+  // Cells of 40 by 36: all rows but the last, and some columns of the last.
+  const std::vector<Rect> points1418{{0, 0, 1920, 1044}, {0, 900, 1040, 180}};
+  const std::vector<Rect> points1419{{0, 0, 1920, 1044}, {0, 900, 1080, 180}};
+  for (int round = 0; round < 3; ++round) {
+    open(points1418);
+    platform.mainLoop.turn(0.5);
+    EXPECT_EQ(news(), round == 0 ? Lines{} : Lines{"desktop visible on screen 0: playing"});
+    open(points1419);
+    platform.mainLoop.turn(0.5);
+    EXPECT_EQ(news(), Lines{"desktop covered on screen 0: paused"});
+  }
+}
+
+TEST_F(Monitoring, LooksOnATimerAndTwiceForEachEvent) {
+  int expected = 1;
+  const auto lookedUntil = [&](double seconds, int looks) {
+    platform.mainLoop.turn(seconds);
+    expected += looks;
+    EXPECT_EQ(platform.windowList.fetches, expected);
+  };
+  lookedUntil(0.01, 0);
+  platform.workspace.happened();
+  lookedUntil(0.1, 1);
+  platform.workspace.happened();
+  platform.workspace.happened();
+  lookedUntil(0.29, 2);
+  lookedUntil(0.02, 1);   // 0.4 s after the first event
+  lookedUntil(0.07, 0);   // 0.49 s
+  lookedUntil(0.03, 3);   // 0.4 s after the other two, and the timer
+  lookedUntil(0.47, 0);   // 0.99 s
+  platform.mainLoop.lateness = 1;
+  lookedUntil(0.02, 1);   // 1.01 s: already set, in time
+  lookedUntil(0.63, 0);   // 1.64 s
+  lookedUntil(0.02, 1);   // as late as the tolerance allows
+  lookedUntil(0.5, 1);    // lateness does not add up
+  controller.reset();
+  EXPECT_FALSE(platform.workspace.happened);
+  lookedUntil(10, 0);
+}
+
+TEST_F(Monitoring, StartsAfreshWhenTheWindowsAreRebuilt) {
+  open({left});
+  platform.mainLoop.turn(0.5);
+  EXPECT_EQ(news(), Lines{"desktop covered on screen 0: paused"});
+  controller->buildWindows();
+  platform.mainLoop.turn(0.5);
+  EXPECT_EQ(news(), Lines{"desktop covered on screen 0: paused"});
+  controller->buildWindows();
+  open({});
+  platform.mainLoop.turn(0.5);
+  EXPECT_EQ(news(), Lines{});
+}
+
+TEST_F(Monitoring, SkipsPagesWhoseScreenHasGone) {
+  open({left, right});
+  platform.mainLoop.turn(0.5);
+  EXPECT_EQ(news().size(), 2U);
+  platform.screens.screens.pop_back();
+  open({});
+  platform.mainLoop.turn(0.5);
+  EXPECT_EQ(news(), Lines{"desktop visible on screen 0: playing"});
+  platform.screens.screens.clear();
+  controller->buildWindows();
+  platform.mainLoop.turn(0.5);
+  EXPECT_EQ(news(), Lines{});
+}
+
+}  // namespace
+}  // namespace tavelle
