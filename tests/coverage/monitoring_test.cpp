@@ -85,15 +85,15 @@ TEST_F(Monitoring, LooksOnATimerAndTwiceForEachEvent) {
   platform.workspace.happened();
   platform.workspace.happened();
   lookedUntil(0.29, 2);
-  lookedUntil(0.02, 1);   // 0.4 s after the first event
-  lookedUntil(0.07, 0);   // 0.49 s
-  lookedUntil(0.03, 3);   // 0.4 s after the other two, and the timer
-  lookedUntil(0.47, 0);   // 0.99 s
+  lookedUntil(0.02, 1);  // 0.4 s after the first event
+  lookedUntil(0.07, 0);  // 0.49 s
+  lookedUntil(0.03, 3);  // 0.4 s after the other two, and the timer
+  lookedUntil(0.47, 0);  // 0.99 s
   platform.mainLoop.lateness = 1;
-  lookedUntil(0.02, 1);   // 1.01 s: already set, in time
-  lookedUntil(0.63, 0);   // 1.64 s
-  lookedUntil(0.02, 1);   // as late as the tolerance allows
-  lookedUntil(0.5, 1);    // lateness does not add up
+  lookedUntil(0.02, 1);  // 1.01 s: already set, in time
+  lookedUntil(0.63, 0);  // 1.64 s
+  lookedUntil(0.02, 1);  // as late as the tolerance allows
+  lookedUntil(0.5, 1);   // lateness does not add up
   controller.reset();
   EXPECT_FALSE(platform.workspace.happened);
   lookedUntil(10, 0);

@@ -2,6 +2,7 @@
 
 import pytest
 from session import Tavelle, VirtualDesktop, XView
+from windows import Windows
 
 
 @pytest.fixture(scope="module", name="monitors")
@@ -21,6 +22,16 @@ def fixture_view(desktop):
     view = XView(desktop.environment["DISPLAY"])
     yield view
     view.display.close()
+
+
+@pytest.fixture(name="windows")
+def fixture_windows(view):
+    """Opens windows, and closes them in the end."""
+    opened = Windows(view)
+    yield opened
+    view.ask_manager("_NET_SHOWING_DESKTOP", view.root, 0)
+    view.ask_manager("_NET_CURRENT_DESKTOP", view.root, 0)
+    opened.close()
 
 
 @pytest.fixture(name="tavelle")

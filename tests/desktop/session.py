@@ -9,7 +9,8 @@ import subprocess
 import sys
 
 from gi.repository import Gio, GLib
-from Xlib import X, display, error
+from Xlib import X, Xatom, display, error
+from Xlib.protocol import event
 
 REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
 BINARY = pathlib.Path(os.environ.get("TAVELLE_BINARY", REPOSITORY / "build/release/bin/tavelle")).resolve()
@@ -99,10 +100,28 @@ class XView:
         value = window.get_full_property(self.atom(name), X.AnyPropertyType)
         return list(value.value) if value else []
 
-    def open_window(self, x, y, width, height, color, **attributes):
+    def set_property(self, window, name, values):
+        """Numbers, or names that stand for atoms."""
+        if isinstance(values[0], str):
+            kind, values = Xatom.ATOM, [self.atom(each) for each in values]
+        else:
+            kind = self.atom(name) if name == "_MOTIF_WM_HINTS" else Xatom.CARDINAL
+        window.change_property(self.atom(name), kind, 32, values)
+        self.display.sync()
+
+    def ask_manager(self, request, window, *data):
+        """Asks the window manager for something, as a pager or a task bar does."""
+        self.root.send_event(event.ClientMessage(window=window, client_type=self.atom(request),
+                                                 data=(32, [*data, *[0] * (5 - len(data))])),
+                             event_mask=X.SubstructureRedirectMask)
+        self.display.sync()
+
+    def open_window(self, x, y, width, height, color, properties=None, **attributes):
         window = self.root.create_window(x, y, width, height, 0, X.CopyFromParent, background_pixel=color,
                                          event_mask=X.ButtonPressMask, **attributes)
         window.set_wm_normal_hints(flags=1, x=x, y=y)  # the user's own choice of a place
+        for name, value in (properties or {}).items():
+            self.set_property(window, name, value)
         window.map()
         self.display.sync()
         return window

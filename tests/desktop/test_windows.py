@@ -2,7 +2,6 @@
 
 from session import HEAD, Tavelle, VirtualDesktop, X, XView, color_page, wait_until
 from Xlib.ext import xtest
-from Xlib.protocol import event
 
 PLACES = [(0, 0, 1280, 720), (1280, 0, 1280, 720)]
 GREEN, YELLOW, BLUE = 0x008000, 0xFFFF00, 0x000080
@@ -100,9 +99,7 @@ def test_clicks_go_through_to_what_lies_below(tavelle, view):
 def test_stays_on_every_workspace(tavelle, view):
     tavelle.play(color_page("#008000"))
     for workspace in (1, 0):
-        view.root.send_event(event.ClientMessage(window=view.root, client_type=view.atom("_NET_CURRENT_DESKTOP"),
-                                                 data=(32, [workspace, 0, 0, 0, 0])), X.SubstructureRedirectMask)
-        view.display.sync()
+        view.ask_manager("_NET_CURRENT_DESKTOP", view.root, workspace)
         wait_until(lambda: view.property(view.root, "_NET_CURRENT_DESKTOP") == [workspace], 20, "the workspace")
         assert view.places_in_sight() == PLACES
         wait_until(lambda: view.colors(0, 0, 2560, 720) == {GREEN}, 20, "the wallpaper on the workspace")

@@ -27,6 +27,14 @@ void keepContract(MainLoop& loop, const std::function<void(double)>& wait) {
   });
   wait(0.05);
   EXPECT_EQ(calls, "abcd");
+  int ticks = 0;
+  Registration clock;
+  clock = loop.repeat(0.02, 0.01, [&] {
+    if (++ticks == 3) clock.cancel();
+  });
+  EXPECT_EQ(ticks, 0) << "never inside the call";
+  wait(0.5);
+  EXPECT_EQ(ticks, 3) << "again and again until dropped, also from inside";
   {
     PendingCalls pending(loop);
     pending.after(0, [&] { calls += "e"; });

@@ -4,18 +4,21 @@
 
 namespace tavelle {
 
-WakeWatch::WakeWatch(std::function<void()> woke) : woke_(std::move(woke)), connecting_(adopt(g_cancellable_new())) {
-  const auto connected = [](GObject*, GAsyncResult* result, gpointer self) {
-    ErrorSlot error;
-    const auto bus = adopt(g_bus_get_finish(result, error.out()));
-    // After a cancelled attempt the watch is no more.
-    if (bus) static_cast<WakeWatch*>(self)->listen(bus.get());
-  };
-  g_bus_get(G_BUS_TYPE_SYSTEM, connecting_.get(), connected, this);
+WakeWatch::WakeWatch(std::function<void()> woke) : woke_(std::move(woke)), self_(std::make_shared<WakeWatch*>(this)) {
+  using Self = std::weak_ptr<WakeWatch*>;
+  // Not to be cancelled: the whole process shares one connection, and with it the attempt to make it.
+  g_bus_get(
+      G_BUS_TYPE_SYSTEM, nullptr,
+      [](GObject*, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<Self> watch(static_cast<Self*>(data));
+        ErrorSlot error;
+        const auto bus = adopt(g_bus_get_finish(result, error.out()));
+        if (const auto self = watch->lock(); self && bus) (*self)->listen(bus.get());
+      },
+      std::make_unique<Self>(self_).release());
 }
 
 WakeWatch::~WakeWatch() {
-  g_cancellable_cancel(connecting_.get());
   if (bus_) g_dbus_connection_signal_unsubscribe(bus_.get(), subscription_);
 }
 

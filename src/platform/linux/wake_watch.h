@@ -3,6 +3,7 @@
 #include <gio/gio.h>
 
 #include <functional>
+#include <memory>
 
 #include "platform/linux/handles.h"
 
@@ -22,7 +23,8 @@ class WakeWatch {
   void listen(GDBusConnection* bus);
 
   const std::function<void()> woke_;
-  const GObjectPtr<GCancellable> connecting_;
+  /// Gone when the watch is, for the attempt to connect that may outlive it.
+  const std::shared_ptr<WakeWatch*> self_;
   GObjectPtr<GDBusConnection> bus_;
   guint subscription_ = 0;
 };

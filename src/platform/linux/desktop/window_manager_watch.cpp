@@ -24,7 +24,8 @@ WindowManagerWatch::WindowManagerWatch(std::function<void()> happened)
   listenToClients();
   // What has come in while the clients were asked for would not make the descriptor readable again.
   drain();
-  source_ = g_unix_fd_add(xcb_get_file_descriptor(connection_.get()), G_IO_IN, reinterpret_cast<GUnixFDSourceFunc>(readable), this);
+  source_ = g_unix_fd_add(xcb_get_file_descriptor(connection_.get()), G_IO_IN,
+                          reinterpret_cast<GUnixFDSourceFunc>(readable), this);
 }
 
 WindowManagerWatch::~WindowManagerWatch() {

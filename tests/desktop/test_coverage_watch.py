@@ -1,0 +1,190 @@
+"""The wallpaper rests where nobody sees it."""
+
+import subprocess
+import threading
+import time
+
+import pytest
+from session import HEAD, XView, wait_until
+from Xlib import X
+from Xlib.ext import record
+
+SIZES = ["1280x720", "1024x768"]
+FIRST, SECOND, BOTH = (0, 0, 1280, 720), (1280, 0, 1024, 768), (0, 0, 2304, 768)
+PAGE = HEAD + """<body style="margin:0"><video id="v" src="video.mp4" autoplay muted loop></video><script>
+let stopped, told;
+window.wallpaper = {pause() { told = 'pause'; }, play() { told = 'play'; }};
+const tell = what => say(`${what} ${innerWidth}: told to ${told}`);
+v.onpause = () => setTimeout(() => {
+  stopped = v.currentTime;
+  setTimeout(() => tell(v.currentTime === stopped ? 'stopped' : 'moves on'), 200);
+}, 100);
+v.ontimeupdate = () => {
+  if (v.paused || stopped === undefined || v.currentTime === stopped) return;
+  stopped = undefined;
+  tell('goes on');
+};
+</script>"""
+
+
+@pytest.fixture(scope="module", name="video")
+def fixture_video(tmp_path_factory):
+    file = tmp_path_factory.mktemp("video") / "video.mp4"
+    subprocess.run(["ffmpeg", "-loglevel", "error", "-f", "lavfi", "-i", "testsrc=size=320x240:rate=30:duration=20",
+                    "-pix_fmt", "yuv420p", file], check=True)
+    return file
+
+
+@pytest.fixture(name="playing")
+def fixture_playing(desktop, tavelle, video):
+    desktop.plug("DUMMY1", "1280x0", SIZES[1])
+    (tavelle.library / "Own").mkdir(parents=True)
+    (tavelle.library / "Own/video.mp4").write_bytes(video.read_bytes())
+    tavelle.play(PAGE)
+    yield tavelle
+    desktop.plug("DUMMY1", "1280x0")
+
+
+class Rest:
+    """Follows which screens rest, by the event log and by what the pages say of themselves."""
+
+    def __init__(self, tavelle):
+        self._tavelle = tavelle
+        self._resting = set()
+        self._flips = [0, 0]
+        self._wakes = [0, 0]
+
+    def expect(self, *screens):
+        """Waits until exactly these screens rest."""
+        for screen in self._resting ^ set(screens):
+            width = SIZES[screen].partition("x")[0]
+            if screen in screens:
+                self._flips[screen] += 1
+                self._wait(screen, f"desktop covered on screen {screen}: paused")
+                self._wait(screen, f"page: stopped {width}: told to pause")
+            else:
+                self._wait(screen, f"desktop visible on screen {screen}: playing")
+                self._wait(screen, f"page: goes on {width}: told to play")
+        self._resting = set(screens)
+
+    def _wait(self, screen, message):
+        self._tavelle.wait(f"{message}$", count=self._flips[screen])
+
+    def count(self):
+        lines = self._tavelle.found("desktop (covered|visible)")
+        return len(lines), sum(self._flips) * 2 - len(self._resting)
+
+
+def test_pages_rest_while_windows_hide_them(playing, windows, view):
+    rest = Rest(playing)
+    both = windows.open(*BOTH)
+    rest.expect(0, 1)
+    windows.close(both)
+    rest.expect()
+
+    halves = [windows.open(x, 0, 640, 720) for x in (0, 640)]
+    rest.expect(0)
+    windows.close(halves[0])
+    rest.expect()
+    windows.close()
+
+    window = windows.open(*SECOND)
+    windows.open(1400, 100, 300, 200)  # one behind another
+    rest.expect(1)
+    for hide, back in [(lambda: windows.minimise(window), lambda: windows.activate(window)),
+                       (lambda: windows.go_to(1), lambda: windows.go_to(0)),
+                       (lambda: windows.show_desktop(1), lambda: windows.show_desktop(0)),
+                       (lambda: view.set_property(window, "_NET_WM_WINDOW_OPACITY", [0xFFFFFFFF // 25]),
+                        lambda: view.set_property(window, "_NET_WM_WINDOW_OPACITY", [0xFFFFFFFF]))]:
+        hide()
+        rest.expect()
+        back()
+        rest.expect(1)
+
+    windows.open(*FIRST, _NET_WM_PID=[playing.process.pid])  # the program's own hide nothing
+    windows.open_panel((0, 0, 1280, 30), 0, 0, 30, 0, 0, 0, 0, 0, 0, 1279, 0, 0)
+    lower = windows.open(0, 30, 1280, 690)
+    rest.expect(0, 1)
+    windows.close(lower)
+    rest.expect(1)
+    windows.close()
+    rest.expect()
+    assert rest.count()[0] == rest.count()[1]
+
+
+def test_a_program_that_starts_hidden_rests_at_once(tavelle, windows, desktop):
+    windows.open(*FIRST)
+    tavelle.play(HEAD + """<script>window.wallpaper = {pause() { say('pause'); }, play() { say('play'); }};</script>""")
+    tavelle.wait("desktop covered on screen 0: paused")
+    tavelle.wait("page: pause")
+    desktop.unplug("DUMMY1")
+    try:
+        tavelle.wait(r"showing on 1 display\(s\)")
+        tavelle.wait("desktop covered on screen 0: paused", count=2)
+    finally:
+        desktop.plug("DUMMY1", "1280x0")
+    tavelle.wait(r"showing on 2 display\(s\)", count=2)
+    assert not tavelle.found("desktop visible")
+
+
+class LookCounter:
+    """Counts how often anybody asks the X server for the stacking list of windows, which each look does once."""
+
+    def __init__(self, desktop):
+        self.looks = 0
+        self._control = XView(desktop.environment["DISPLAY"])
+        self._data = XView(desktop.environment["DISPLAY"])
+        self._wanted = self._control.atom("_NET_CLIENT_LIST_STACKING").to_bytes(4, "little")
+        nothing = (0, 0)
+        self._context = self._control.display.record_create_context(0, [record.AllClients], [{
+            # GetProperty alone.
+            "core_requests": (20, 20), "core_replies": nothing,
+            "ext_requests": (0, 0, 0, 0), "ext_replies": (0, 0, 0, 0), "delivered_events": nothing,
+            "device_events": nothing, "errors": nothing, "client_started": False, "client_died": False}])
+        self._control.display.sync()
+        self._thread = threading.Thread(
+            target=self._data.display.record_enable_context, args=(self._context, self._take), daemon=True)
+        self._thread.start()
+
+    def _take(self, reply):
+        requests = reply.data if reply.category == record.FromClient else b""
+        while len(requests) >= 4:
+            size = 4 * int.from_bytes(requests[2:4], "little")
+            self.looks += requests[8:12] == self._wanted
+            requests = requests[size:]
+
+    def stop(self):
+        self._control.display.record_disable_context(self._context)
+        self._control.display.flush()
+        self._thread.join(10)
+        self._control.display.record_free_context(self._context)
+        self._control.display.close()
+
+
+@pytest.fixture(name="counter")
+def fixture_counter(desktop):
+    counter = LookCounter(desktop)
+    yield counter
+    counter.stop()
+
+
+def test_looks_twice_at_once_for_each_event(playing, windows, view, counter):
+    back, front = windows.open(100, 100, 300, 200), windows.open(500, 100, 300, 200)
+    for what, one, other in [
+            ("activated", lambda: windows.activate(back), lambda: windows.activate(front)),
+            ("deactivated", lambda: view.root.set_input_focus(X.RevertToNone, X.CurrentTime),
+             lambda: windows.activate(front)),
+            ("workspace", lambda: windows.go_to(1), lambda: windows.go_to(0)),
+            ("minimised", lambda: windows.minimise(back), lambda: windows.restore(back)),
+            ("desktop shown", lambda: windows.show_desktop(1), lambda: windows.show_desktop(0))]:
+        windows.activate(front)
+        start, before, events = time.monotonic(), counter.looks, 0
+        for action in [one, other] * 4:
+            seen = counter.looks
+            action()
+            events += 1
+            wait_until(lambda: counter.looks > seen, 20, f"a look after: {what}", interval=0.005)
+        ended = time.monotonic()
+        wait_until(lambda: time.monotonic() > ended + 0.5, 5, "the second looks")
+        by_timer = (time.monotonic() - start) / 0.5 + 1
+        assert counter.looks - before - by_timer >= 1.5 * events, what
