@@ -14,6 +14,8 @@ import subprocess
 import sys
 import time
 
+from Xlib import Xatom, display
+
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 sys.path.insert(0, str(ROOT / "tools"))
 from virtual_desktop import VirtualDesktop, descendants, end, wait_until  # noqa: E402
@@ -167,6 +169,35 @@ def measure_canvas(desktop, program, home):
         report("the same, paused", f"{load_of(player.pid):.2f} %", "aim: 1 %")
 
 
+def open_windows(view, count):
+    screen = view.screen()
+    for number in range(count):
+        window = screen.root.create_window(10 + 7 * number, 10, 300, 300, 0, screen.root_depth)
+        window.map()
+    wanted = view.intern_atom("_NET_CLIENT_LIST")
+    wait_until(lambda: len(screen.root.get_full_property(wanted, Xatom.WINDOW).value) >= count, 30, "the windows")
+
+
+def measure_watch(desktop, program, home):
+    choose(home, "Starship Liftoff")
+    for count in (10, 100):
+        view = display.Display(desktop.environment["DISPLAY"])
+        open_windows(view, count)
+        with Player(desktop, program, home) as player:
+            player.wait_for("measured")
+            player.act("toggle-pause")
+            player.wait_for("paused")
+            time.sleep(1)
+            report(f"paused, a minute with {count} windows open", f"{load_of(player.pid, 60):.2f} %",
+                   "the watch's aim: 0.3 %")
+        view.close()
+    view = display.Display(desktop.environment["DISPLAY"])
+    open_windows(view, 100)
+    bench = pathlib.Path(program).parent.parent / "bench/tavelle_bench"
+    print(desktop.run(bench, "--benchmark_filter=lookAtTheDesktop|askForEachSize", "--benchmark_format=console"))
+    view.close()
+
+
 def main():
     program = str(pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else ROOT / "build/release/bin/tavelle").resolve())
     measure_command_line(program)
@@ -176,6 +207,7 @@ def main():
         measure_start(desktop, program, home)
         measure_video(desktop, program, home, video)
         measure_canvas(desktop, program, home)
+        measure_watch(desktop, program, home)
 
 
 main()

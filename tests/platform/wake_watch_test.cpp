@@ -26,8 +26,8 @@ class SystemBus {
     constexpr auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                                              G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
     manager_ = adopt(g_dbus_connection_new_for_address_sync(address, flags, nullptr, nullptr, nullptr));
-    name_ = g_bus_own_name_on_connection(manager_.get(), "org.freedesktop.login1", G_BUS_NAME_OWNER_FLAGS_NONE,
-                                         nullptr, nullptr, nullptr, nullptr);
+    name_ = g_bus_own_name_on_connection(manager_.get(), "org.freedesktop.login1", G_BUS_NAME_OWNER_FLAGS_NONE, nullptr,
+                                         nullptr, nullptr, nullptr);
   }
   ~SystemBus() {
     g_bus_unown_name(name_);

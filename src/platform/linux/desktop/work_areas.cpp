@@ -21,10 +21,11 @@ constexpr std::array edges{Strut::Edge::left, Strut::Edge::right, Strut::Edge::t
 
 /// The struts that a window asks for: the property that says where along the edges the window is, else the older one
 /// that doesn't.
-void addStruts(std::vector<Strut>& struts, const std::vector<std::uint32_t>& partial,
-               const std::vector<std::uint32_t>& plain, double scale) {
+std::vector<Strut> strutsOf(const std::vector<std::uint32_t>& partial, const std::vector<std::uint32_t>& plain,
+                            double scale) {
   const auto& depths = partial.size() == 12 ? partial : plain;
-  if (depths.size() < edges.size()) return;
+  std::vector<Strut> struts;
+  if (depths.size() < edges.size()) return struts;
   for (std::size_t i = 0; i < edges.size(); ++i) {
     if (depths[i] == 0) continue;
     Strut strut{.edge = edges[i], .depth = depths[i] / scale, .from = 0, .to = std::numeric_limits<double>::infinity()};
@@ -35,6 +36,7 @@ void addStruts(std::vector<Strut>& struts, const std::vector<std::uint32_t>& par
     }
     struts.push_back(strut);
   }
+  return struts;
 }
 
 }  // namespace
@@ -70,21 +72,24 @@ std::vector<Rect> WorkAreas::askPanels(const std::vector<GdkMonitor*>& monitors)
   PropertyRequest clients(connection_, connection_.root(), atoms_[clientList]);
 
   struct WindowRequest {
-    PropertyRequest desktop;
+    xcb_window_t window;
     PropertyRequest partial;
     PropertyRequest plain;
   };
   std::vector<WindowRequest> requests;
   for (const xcb_window_t window : clients.read()) {
-    requests.push_back({{connection_, window, atoms_[wmDesktop]},
-                        {connection_, window, atoms_[partialStrut]},
-                        {connection_, window, atoms_[plainStrut]}});
+    requests.push_back(
+        {window, {connection_, window, atoms_[partialStrut]}, {connection_, window, atoms_[plainStrut]}});
   }
   const double scale = gdk_window_get_scale_factor(gdk_get_default_root_window());
   const auto here = current.readFirst();
   std::vector<Strut> struts;
-  for (auto& [desktop, partial, plain] : requests) {
-    if (isOnDesktop(desktop.readFirst(), here)) addStruts(struts, partial.read(), plain.read(), scale);
+  for (auto& [window, partial, plain] : requests) {
+    const auto own = strutsOf(partial.read(), plain.read(), scale);
+    // There are few panels among the windows, so only they are asked where they are.
+    if (own.empty() || !isOnDesktop(PropertyRequest(connection_, window, atoms_[wmDesktop]).readFirst(), here))
+      continue;
+    struts.insert(struts.end(), own.begin(), own.end());
   }
 
   const auto size = picture.read();
