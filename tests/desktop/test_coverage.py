@@ -85,10 +85,12 @@ def test_only_windows_in_sight_count(tavelle, windows):
     windows.view.set_property(window, "_NET_WM_DESKTOP", [1])
     expect(tavelle, [])
     rolled_up = windows.open_decorated(500, 100, 700, 500)
+    frame = windows.frame(rolled_up)
+    expect(tavelle, [frame])
     windows.set_state(rolled_up, True, "SHADED")
     expect(tavelle, [])
     windows.set_state(rolled_up, False, "SHADED")
-    expect(tavelle, [windows.frame(rolled_up)])
+    expect(tavelle, [frame])
 
 
 @pytest.mark.parametrize(("panel", "struts", "areas"), [
@@ -120,8 +122,9 @@ def test_work_areas_that_the_manager_tells(tavelle, windows, view, desktop):
     windows.close()
     desktop.unplug("DUMMY1")
     try:
-        windows.open_panel((0, 0, 1280, 50), 0, 0, 50, 0, 0, 0, 0, 0, 0, 1279, 0, 0)
-        expect(tavelle, [], [(0, 50, 1280, 670)])
+        view.set_property(view.root, "_NET_WORKAREA", [0, 50, 1280, 640] * 4)
+        windows.open(*rect)
+        expect(tavelle, [rect], [(0, 50, 1280, 640)])
     finally:
         desktop.plug("DUMMY1", "1280x0")
 

@@ -169,22 +169,25 @@ def fixture_counter(desktop):
 
 
 def test_looks_twice_at_once_for_each_event(playing, windows, view, counter):
+    def looks_after(action):
+        before, until = counter.looks, time.monotonic() + 0.45
+        action()
+        # What matters is what comes in this time, in which the timer comes at most once.
+        wait_until(lambda: time.monotonic() > until, 5, "the second look", interval=0.01)
+        return counter.looks - before
+
+    def check(what, action, back):
+        looks = 0
+        for _ in range(3):
+            looks += looks_after(action)
+            looks_after(back)
+        assert looks >= 5, what
+
+    check("workspace without windows", lambda: windows.go_to(1), lambda: windows.go_to(0))
+    check("desktop shown without windows", lambda: windows.show_desktop(1), lambda: windows.show_desktop(0))
     back, front = windows.open(100, 100, 300, 200), windows.open(500, 100, 300, 200)
-    for what, one, other in [
-            ("activated", lambda: windows.activate(back), lambda: windows.activate(front)),
-            ("deactivated", lambda: view.root.set_input_focus(X.RevertToNone, X.CurrentTime),
-             lambda: windows.activate(front)),
-            ("workspace", lambda: windows.go_to(1), lambda: windows.go_to(0)),
-            ("minimised", lambda: windows.minimise(back), lambda: windows.restore(back)),
-            ("desktop shown", lambda: windows.show_desktop(1), lambda: windows.show_desktop(0))]:
-        windows.activate(front)
-        start, before, events = time.monotonic(), counter.looks, 0
-        for action in [one, other] * 4:
-            seen = counter.looks
-            action()
-            events += 1
-            wait_until(lambda: counter.looks > seen, 20, f"a look after: {what}", interval=0.005)
-        ended = time.monotonic()
-        wait_until(lambda: time.monotonic() > ended + 0.5, 5, "the second looks")
-        by_timer = (time.monotonic() - start) / 0.5 + 1
-        assert counter.looks - before - by_timer >= 1.5 * events, what
+    windows.activate(front)
+    check("activated", lambda: windows.activate(back), lambda: windows.activate(front))
+    check("minimised", lambda: windows.minimise(back), lambda: (windows.activate(back), windows.activate(front)))
+    windows.close(back)
+    check("deactivated", lambda: windows.minimise(front), lambda: windows.activate(front))

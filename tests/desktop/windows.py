@@ -52,12 +52,6 @@ class Windows:
         self.view.ask_manager("WM_CHANGE_STATE", window, 3)
         wait_until(lambda: not self.is_seen(window), 20, "the window to be minimised")
 
-    def restore(self, window):
-        """Brings a minimised window back, behind the active one."""
-        window.map()
-        self.view.display.sync()
-        wait_until(lambda: self.is_seen(window), 20, "the window to be back")
-
     def activate(self, window):
         self.view.ask_manager("_NET_ACTIVE_WINDOW", window, 2)
         wait_until(lambda: self.view.property(self.view.root, "_NET_ACTIVE_WINDOW") == [window.id], 20, "the focus")

@@ -49,25 +49,24 @@ class SystemBus {
 
 TEST(WakeWatch, HearsOfTheEndOfEachSleepAndOutlivesTheBus) {
   int wakes = 0;
-  {
-    SystemBus bus;
-    WakeWatch watch([&] { ++wakes; });
-    auto second = std::make_unique<WakeWatch>([&] { wakes += 100; });
-    second.reset();
-    // Nothing tells when the watch has begun to listen.
-    for (int i = 0; i < 100 && wakes == 0; ++i) {
-      bus.tellSleep(false);
-      comesTrue(0.2, [&] { return wakes > 0; });
-    }
-    wakes = 0;
-    bus.tellSleep(true);
-    bus.tellSleep(false);
-    EXPECT_TRUE(comesTrue(20, [&] { return wakes > 0; }));
-    // A watch that has gone, or one that takes the beginning for the end, would have counted more.
-    EXPECT_FALSE(comesTrue(0.2, [&] { return wakes != 1; }));
+  auto bus = std::make_unique<SystemBus>();
+  const WakeWatch watch([&] { ++wakes; });
+  const auto goneAtOnce = [&] { WakeWatch([&] { wakes += 100; }); };
+  goneAtOnce();
+  // Nothing tells when the watch has begun to listen.
+  for (int i = 0; i < 100 && wakes == 0; ++i) {
+    bus->tellSleep(false);
+    comesTrue(0.2, [&] { return wakes > 0; });
   }
-  // The bus has gone. GLib would end the process, if it were not told otherwise.
-  comesTrue(0.2, [] { return false; });
+  wakes = 0;
+  bus->tellSleep(true);
+  bus->tellSleep(false);
+  EXPECT_TRUE(comesTrue(20, [&] { return wakes > 0; }));
+  // A watch that has gone, or one that takes the beginning for the end, would have counted more.
+  EXPECT_FALSE(comesTrue(0.2, [&] { return wakes != 1; }));
+  // GLib would end the process with the bus, if it were not told otherwise.
+  bus.reset();
+  comesTrue(0.3, [] { return false; });
 }
 
 }  // namespace
