@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -40,6 +41,13 @@ class Files {
   /// Copies a file, or a folder with all it holds. Fails when `to` exists. `to` comes into being only when the copy is
   /// complete: after a failure, or a crash half way, there is no half copy under that name.
   virtual Result<void> copy(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
+
+  /// The whole content of a regular file. Anything else in its place is an error, never a wait.
+  virtual Result<std::string> read(const std::filesystem::path& path) const = 0;
+
+  /// Makes `bytes` the whole content of the file `path`, in one step that survives a crash or a power cut half way:
+  /// then the file is either as before or as after. The folder must exist. A file that existed keeps its permissions.
+  virtual Result<void> write(const std::filesystem::path& path, std::string_view bytes) = 0;
 
   /// Adds `bytes` at the end of the file `path`, which is made when it does not exist; folders are not. What the file
   /// held before stays, whatever happens.

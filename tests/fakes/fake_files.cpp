@@ -51,6 +51,18 @@ Result<void> FakeFiles::copy(const fs::path& from, const fs::path& to) {
   return {};
 }
 
+Result<std::string> FakeFiles::read(const fs::path& path) const {
+  const auto found = objects_.find(path);
+  if (found == objects_.end() || found->second.folder || isBroken(path)) return Error{"can't read"};
+  return found->second.content;
+}
+
+Result<void> FakeFiles::write(const fs::path& path, std::string_view bytes) {
+  if (const auto found = objects_.find(path); found != objects_.end() && found->second.folder)
+    return Error{"in the way"};
+  return make(path, {false, std::string(bytes), {}});
+}
+
 Result<void> FakeFiles::append(const fs::path& path, std::string_view bytes) {
   const auto found = objects_.find(path);
   if (found == objects_.end()) return make(path, {false, std::string(bytes), {}});

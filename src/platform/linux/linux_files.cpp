@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "app/text.h"
+#include "platform/linux/atomic_write.h"
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/handles.h"
 #include "platform/linux/rename_to_new.h"
@@ -79,6 +80,10 @@ Result<void> LinuxFiles::copy(const fs::path& from, const fs::path& to) {
   fs::remove_all(workshop, ignored);
   return result;
 }
+
+Result<std::string> LinuxFiles::read(const fs::path& path) const { return readFile(path); }
+
+Result<void> LinuxFiles::write(const fs::path& path, std::string_view bytes) { return writeAtomically(path, bytes); }
 
 Result<void> LinuxFiles::append(const fs::path& path, std::string_view bytes) {
   // Not blocking, so that a FIFO in the file's place gives an error and not a process that hangs.

@@ -98,12 +98,12 @@ Result<void> PlistDefaults::trySave() {
   const PlistPtr changed(stored_ ? plist_copy(stored_.get()) : plist_new_dict());
   for (const auto& [key, newValue] : unsaved_) {
     if (newValue) {
-      plist_dict_set_item(changed.get(), key.c_str(), plistNode(*newValue).release());
+      setPlistItem(changed.get(), key.c_str(), plistNode(*newValue));
     } else {
       plist_dict_remove_item(changed.get(), key.c_str());
     }
   }
-  const auto bytes = serialized(changed.get());
+  const auto bytes = xmlPlist(changed.get());
   if (!bytes) return bytes.error();
   if (auto written = writeAtomically(file, *bytes); !written) return written;
   unsaved_.clear();

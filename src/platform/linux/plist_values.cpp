@@ -7,20 +7,12 @@
 namespace tavelle {
 namespace {
 
-using PlistBytes = std::unique_ptr<char, FreeWith<plist_to_xml_free>>;
-
-std::string text(plist_t node) {
-  std::uint64_t length = 0;
-  const char* bytes = plist_get_string_ptr(node, &length);
-  return bytes ? std::string(bytes, length) : std::string();
-}
-
 std::optional<std::vector<std::string>> textArray(plist_t node) {
   std::vector<std::string> texts;
   for (std::uint32_t i = 0; i < plist_array_get_size(node); ++i) {
-    plist_t element = plist_array_get_item(node, i);
-    if (plist_get_node_type(element) != PLIST_STRING) return std::nullopt;
-    texts.push_back(text(element));
+    auto text = plistText(plist_array_get_item(node, i));
+    if (!text) return std::nullopt;
+    texts.push_back(*std::move(text));
   }
   return texts;
 }
@@ -44,7 +36,7 @@ struct NodeMaker {
 DefaultsValue defaultsValue(plist_t node) {
   switch (plist_get_node_type(node)) {
     case PLIST_STRING:
-      return text(node);
+      return *plistText(node);
     case PLIST_UINT: {
       std::uint64_t value = 0;
       plist_get_uint_val(node, &value);
@@ -69,22 +61,5 @@ DefaultsValue defaultsValue(plist_t node) {
 }
 
 PlistPtr plistNode(const DefaultsValue& value) { return PlistPtr(std::visit(NodeMaker{}, value)); }
-
-PlistPtr parsedDictionary(std::string_view bytes) {
-  plist_t parsed = nullptr;
-  plist_from_memory(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &parsed);
-  PlistPtr owned(parsed);
-  if (owned && plist_get_node_type(owned.get()) != PLIST_DICT) owned.reset();
-  return owned;
-}
-
-Result<std::string> serialized(plist_t node) {
-  char* bytes = nullptr;
-  std::uint32_t length = 0;
-  plist_to_xml(node, &bytes, &length);
-  const PlistBytes owned(bytes);
-  if (!owned || length == 0) return Error{"the settings can't be put into a property list"};
-  return std::string(owned.get(), length);
-}
 
 }  // namespace tavelle

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/linux/file_uri.h"
+#include "app/file_uri.h"
 #include "platform/linux/handles.h"
 
 namespace tavelle {

@@ -4,8 +4,8 @@
 
 #include <memory>
 
+#include "app/file_uri.h"
 #include "platform/linux/desktop/window_manager_watch.h"
-#include "platform/linux/file_uri.h"
 #include "platform/linux/wake_watch.h"
 
 namespace tavelle {

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "app/file_uri.h"
 #include "platform/linux/file_descriptor.h"
-#include "platform/linux/file_uri.h"
 
 namespace tavelle {
 namespace {

@@ -3,10 +3,10 @@
 #include <system_error>
 #include <utility>
 
+#include "app/file_uri.h"
 #include "app/text.h"
 #include "platform/linux/desktop/page_filters.h"
 #include "platform/linux/desktop/script_values.h"
-#include "platform/linux/file_uri.h"
 
 namespace tavelle {
 namespace {

@@ -1,0 +1,78 @@
+#include "app/property_list.h"
+
+#include <cstdint>
+#include <cstdlib>
+
+#include "app/plist_guard.h"
+
+namespace tavelle {
+namespace {
+
+/// What the library has allocated for its caller.
+struct FreeAllocated {
+  void operator()(void* allocated) const { std::free(allocated); }
+};
+
+using Write = void (*)(plist_t, char**, std::uint32_t*);
+
+Result<std::string> written(plist_t node, Write write) {
+  char* bytes = nullptr;
+  std::uint32_t length = 0;
+  write(node, &bytes, &length);
+  const std::unique_ptr<char, FreeAllocated> owned(bytes);
+  if (!owned || length == 0) return Error{"a value has no form in a property list"};
+  return std::string(owned.get(), length);
+}
+
+}  // namespace
+
+PlistPtr parsedPlist(std::string_view bytes) {
+  if (!isReasonablePlist(bytes)) return nullptr;
+  plist_t parsed = nullptr;
+  plist_from_memory(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &parsed);
+  return PlistPtr(parsed);
+}
+
+PlistPtr parsedDictionary(std::string_view bytes) {
+  PlistPtr parsed = parsedPlist(bytes);
+  if (!ofType(parsed.get(), PLIST_DICT)) parsed.reset();
+  return parsed;
+}
+
+Result<std::string> xmlPlist(plist_t node) { return written(node, plist_to_xml); }
+
+Result<std::string> binaryPlist(plist_t node) { return written(node, plist_to_bin); }
+
+plist_t ofType(plist_t node, plist_type type) { return node && plist_get_node_type(node) == type ? node : nullptr; }
+
+std::optional<std::string> plistText(plist_t node) {
+  if (!ofType(node, PLIST_STRING)) return std::nullopt;
+  std::uint64_t length = 0;
+  const char* const bytes = plist_get_string_ptr(node, &length);
+  return bytes ? std::string(bytes, length) : std::string();
+}
+
+plist_t plistItem(plist_t node, const char* key, plist_type type) {
+  return ofType(node, PLIST_DICT) ? ofType(plist_dict_get_item(node, key), type) : nullptr;
+}
+
+std::vector<plist_t> plistValues(plist_t node) {
+  std::vector<plist_t> values;
+  if (!ofType(node, PLIST_DICT)) return values;
+  values.reserve(plist_dict_get_size(node));
+  plist_dict_iter iterator = nullptr;
+  plist_dict_new_iter(node, &iterator);
+  const std::unique_ptr<void, FreeAllocated> owned(iterator);
+  for (;;) {
+    plist_t value = nullptr;
+    plist_dict_next_item(node, iterator, nullptr, &value);
+    if (!value) return values;
+    values.push_back(value);
+  }
+}
+
+void setPlistItem(plist_t dictionary, const char* key, PlistPtr value) {
+  plist_dict_set_item(dictionary, key, value.release());
+}
+
+}  // namespace tavelle

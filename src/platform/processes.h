@@ -1,0 +1,27 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/registration.h"
+#include "platform/result.h"
+
+namespace tavelle {
+
+/// Other programs. What they print goes nowhere. Main thread only.
+class Processes {
+ public:
+  virtual ~Processes() = default;
+
+  /// Runs a program to its end, however long that takes. An error only when it could not be started; how it ended is
+  /// not told.
+  virtual Result<void> run(const std::filesystem::path& program, const std::vector<std::string>& arguments) = 0;
+
+  /// Starts a program beside this one. Calls `ended` on the main loop when it has ended by itself or by somebody else;
+  /// dropping the handle ends it, and tells nothing.
+  virtual Result<Registration> start(const std::filesystem::path& program, std::function<void()> ended) = 0;
+};
+
+}  // namespace tavelle
