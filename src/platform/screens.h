@@ -11,7 +11,8 @@ namespace tavelle {
 
 /// One monitor, as it was when it was listed.
 struct Screen {
-  /// What the desktop calls it, e.g. the connector "HDMI-1". Empty when it has no name.
+  /// What the desktop calls it: the name of its connector, e.g. "HDMI-1", by which desktops keep a monitor's settings.
+  /// Empty when it has no name.
   std::string name;
   /// The whole monitor in screen space: origin at the bottom-left of the main screen, y grows upwards.
   Rect frame;

@@ -68,6 +68,10 @@ struct FakeDesktopPicture final : DesktopPicture {
     pictures[screen.name] = image;
     return {};
   }
+  std::optional<std::string> current(const Screen& screen) const override {
+    const auto found = pictures.find(screen.name);
+    return found == pictures.end() ? std::nullopt : std::optional(found->second.native());
+  }
   std::map<std::string, std::filesystem::path> pictures;
   std::string refusing = "none";
 };

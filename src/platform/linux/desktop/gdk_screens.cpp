@@ -25,18 +25,23 @@ std::vector<GdkMonitor*> monitors() {
   return all;
 }
 
+/// A rectangle of GDK's in global display space.
+Rect global(const Rect& inGdk, const Rect& main) {
+  return {inGdk.x - main.x, inGdk.y - main.y, inGdk.width, inGdk.height};
+}
+
+Rect globalPlace(GdkMonitor* monitor, const Rect& main) { return global(geometryOf(monitor), main); }
+
 Screen screenOf(GdkMonitor* monitor, const Rect& main, const Rect& workArea) {
+  // On X11 GDK gives the connector as the model, also of a monitor that tells its own (seen with GTK 3.24).
   const char* const model = gdk_monitor_get_model(monitor);
-  const auto global = [&](const Rect& inGdk) {
-    return Rect{inGdk.x - main.x, inGdk.y - main.y, inGdk.width, inGdk.height};
-  };
   const auto upwards = [&](const Rect& downwards) {
     return Rect{downwards.x, main.height - downwards.maxY(), downwards.width, downwards.height};
   };
-  const Rect bounds = global(geometryOf(monitor));
+  const Rect bounds = globalPlace(monitor, main);
   return {.name = model ? model : "",
           .frame = upwards(bounds),
-          .visibleFrame = upwards(global(workArea)),
+          .visibleFrame = upwards(global(workArea, main)),
           .bounds = bounds};
 }
 
@@ -92,6 +97,28 @@ std::vector<Screen> GdkScreens::list() const {
 
 Registration GdkScreens::onChange(std::function<void()> changed) {
   return Registration([listener = std::make_shared<ChangeListener>(std::move(changed))] {});
+}
+
+std::optional<int> monitorNumber(const Screen& screen) {
+  const auto all = monitors();
+  GdkDisplay* const display = gdk_display_get_default();
+  for (int i = 0; i < gdk_display_get_n_monitors(display); ++i) {
+    if (globalPlace(gdk_display_get_monitor(display, i), geometryOf(all.front())) == screen.bounds) return i;
+  }
+  return std::nullopt;
+}
+
+Rect extentOfMonitors() {
+  const auto all = monitors();
+  if (all.empty()) return {};
+  Rect extent = globalPlace(all.front(), geometryOf(all.front()));
+  for (GdkMonitor* monitor : all) {
+    const Rect place = globalPlace(monitor, geometryOf(all.front()));
+    const double x = std::min(extent.x, place.x);
+    const double y = std::min(extent.y, place.y);
+    extent = {x, y, std::max(extent.maxX(), place.maxX()) - x, std::max(extent.maxY(), place.maxY()) - y};
+  }
+  return extent;
 }
 
 PixelSpace PixelSpace::current() {

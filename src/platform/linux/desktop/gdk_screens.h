@@ -2,6 +2,8 @@
 
 #include <gdk/gdk.h>
 
+#include <optional>
+
 #include "platform/linux/desktop/work_areas.h"
 #include "platform/screens.h"
 
@@ -18,6 +20,13 @@ class GdkScreens final : public Screens {
  private:
   WorkAreas workAreas_;
 };
+
+/// GDK's own number of the monitor at the screen's place, by which some desktops know it; none when there is no monitor
+/// there any more.
+std::optional<int> monitorNumber(const Screen& screen);
+
+/// The smallest rectangle round all monitors, in global display space; empty when there are none.
+Rect extentOfMonitors();
 
 /// How the pixels of the X server's picture, counted from its top-left corner, lie in global display space.
 struct PixelSpace {

@@ -2,13 +2,12 @@
 
 #include <gio/gio.h>
 
-#include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <string_view>
 #include <utility>
 
 #include "app/file_uri.h"
+#include "app/text.h"
 #include "platform/linux/handles.h"
 
 namespace tavelle {
@@ -31,40 +30,57 @@ const std::array<std::pair<std::string_view, const GSettingsDesktop*>, 8> deskto
                                                                                     {"Cinnamon", &cinnamon},
                                                                                     {"MATE", &mate}}};
 
+/// Asking for settings without a schema would end the process.
+SchemaPtr installed(const GSettingsDesktop& desktop) {
+  return SchemaPtr(
+      g_settings_schema_source_lookup(g_settings_schema_source_get_default(), desktop.schema.c_str(), TRUE));
+}
+
+bool has(const SchemaPtr& schema, const std::string& key) {
+  return !key.empty() && g_settings_schema_has_key(schema.get(), key.c_str());
+}
+
 }  // namespace
 
-std::optional<GSettingsDesktop> runningGSettingsDesktop() {
-  const char* const variable = std::getenv("XDG_CURRENT_DESKTOP");
-  std::string_view names = variable ? variable : "";
-  while (!names.empty()) {
-    const std::string_view name = names.substr(0, names.find(':'));
-    for (const auto& [desktopName, desktop] : desktops) {
-      if (name == desktopName) return *desktop;
-    }
-    names.remove_prefix(std::min(name.size() + 1, names.size()));
+std::optional<GSettingsDesktop> gsettingsDesktop(std::string_view name) {
+  for (const auto& [desktopName, desktop] : desktops) {
+    if (name == desktopName) return *desktop;
   }
   return std::nullopt;
 }
 
-Result<void> setGSettingsPicture(const GSettingsDesktop& desktop, const std::filesystem::path& image) {
-  // Asking for settings without a schema would end the process.
-  const SchemaPtr schema(
-      g_settings_schema_source_lookup(g_settings_schema_source_get_default(), desktop.schema.c_str(), TRUE));
-  if (!schema) return Error{"the settings " + desktop.schema + " are not installed"};
+Result<void> GSettingsPicture::set(const std::filesystem::path& image, const Screen&) {
+  const auto schema = installed(desktop_);
+  if (!schema) return Error{"the settings " + desktop_.schema + " are not installed"};
+  const std::string picture = desktop_.plainPath ? image.native() : fileUri(image);
+  // Settings hold UTF-8 only.
+  if (!isUtf8(picture)) return Error{"the desktop's settings can't hold the path " + escapedUtf8(picture)};
 
-  const auto settings = adopt(g_settings_new(desktop.schema.c_str()));
-  const std::string picture = desktop.plainPath ? image.native() : fileUri(image);
+  const auto settings = adopt(g_settings_new(desktop_.schema.c_str()));
   const std::array<std::pair<std::string, std::string>, 3> values{
-      {{desktop.pictureKey, picture}, {desktop.darkPictureKey, picture}, {desktop.optionsKey, "zoom"}}};
+      {{desktop_.pictureKey, picture}, {desktop_.darkPictureKey, picture}, {desktop_.optionsKey, "zoom"}}};
   for (const auto& [key, value] : values) {
-    if (key.empty() || !g_settings_schema_has_key(schema.get(), key.c_str())) continue;
+    if (!has(schema, key)) continue;
     if (!g_settings_set_string(settings.get(), key.c_str(), value.c_str())) {
-      return Error{"the setting " + desktop.schema + " " + key + " can't be changed"};
+      return Error{"the setting " + desktop_.schema + " " + key + " can't be changed"};
     }
   }
   // The process may end right after this.
   g_settings_sync();
   return {};
+}
+
+std::optional<std::string> GSettingsPicture::current(const Screen&) const {
+  const auto schema = installed(desktop_);
+  if (!schema) return std::nullopt;
+  const auto settings = adopt(g_settings_new(desktop_.schema.c_str()));
+  std::string name;
+  for (const auto& key : {desktop_.pictureKey, desktop_.darkPictureKey}) {
+    if (!has(schema, key)) continue;
+    const GCharPtr value(g_settings_get_string(settings.get(), key.c_str()));
+    name.append(key).append("=").append(value.get()).append("\n");
+  }
+  return name;
 }
 
 }  // namespace tavelle

@@ -1,10 +1,11 @@
 #pragma once
 
-#include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 
-#include "platform/result.h"
+#include "platform/desktop_picture.h"
 
 namespace tavelle {
 
@@ -20,10 +21,20 @@ struct GSettingsDesktop {
   std::string optionsKey;
 };
 
-/// The desktop that runs, when it is one of that family; told by the session's environment, not by what is installed.
-std::optional<GSettingsDesktop> runningGSettingsDesktop();
+/// The desktop that goes by this name in `XDG_CURRENT_DESKTOP`, when it is one of that family.
+std::optional<GSettingsDesktop> gsettingsDesktop(std::string_view name);
 
-/// Sets the picture for all screens.
-Result<void> setGSettingsPicture(const GSettingsDesktop& desktop, const std::filesystem::path& image);
+/// The picture in the desktop's settings, one for all screens. Its name is what the settings hold: the picture of the
+/// light style and that of the dark one, where there is one.
+class GSettingsPicture final : public DesktopPicture {
+ public:
+  explicit GSettingsPicture(GSettingsDesktop desktop) : desktop_(std::move(desktop)) {}
+
+  Result<void> set(const std::filesystem::path& image, const Screen& screen) override;
+  std::optional<std::string> current(const Screen& screen) const override;
+
+ private:
+  const GSettingsDesktop desktop_;
+};
 
 }  // namespace tavelle

@@ -1,5 +1,8 @@
 #include "platform/linux/desktop/linux_desktop_picture.h"
 
+#include <algorithm>
+#include <cstdlib>
+#include <string_view>
 #include <system_error>
 
 #include "platform/linux/desktop/gsettings_picture.h"
@@ -7,6 +10,24 @@
 #include "platform/linux/file_descriptor.h"
 
 namespace tavelle {
+namespace {
+
+/// By what the session says of itself: names between colons, the more special ones first.
+std::unique_ptr<DesktopPicture> pictureOfRunningDesktop(const XConnection&) {
+  const char* const variable = std::getenv("XDG_CURRENT_DESKTOP");
+  std::string_view names = variable ? variable : "";
+  while (!names.empty()) {
+    const std::string_view name = names.substr(0, names.find(':'));
+    if (auto desktop = gsettingsDesktop(name)) return std::make_unique<GSettingsPicture>(*std::move(desktop));
+    names.remove_prefix(std::min(name.size() + 1, names.size()));
+  }
+  return std::make_unique<RootWindowPicture>();
+}
+
+}  // namespace
+
+LinuxDesktopPicture::LinuxDesktopPicture(const XConnection& connection)
+    : running_(pictureOfRunningDesktop(connection)) {}
 
 Result<void> LinuxDesktopPicture::set(const std::filesystem::path& image, const Screen& screen) {
   // A desktop keeps the path for later, from wherever it was given.
@@ -16,8 +37,11 @@ Result<void> LinuxDesktopPicture::set(const std::filesystem::path& image, const 
   if (!std::filesystem::is_regular_file(absolute, code)) {
     return systemError(absolute.native(), code ? code.value() : static_cast<int>(std::errc::invalid_argument));
   }
-  if (const auto desktop = runningGSettingsDesktop()) return setGSettingsPicture(*desktop, absolute);
-  return paintRootWindow(absolute, screen);
+  return running_->set(absolute, screen);
+}
+
+std::optional<std::string> LinuxDesktopPicture::current(const Screen& screen) const {
+  return running_->current(screen);
 }
 
 }  // namespace tavelle

@@ -35,7 +35,7 @@ class GtkDesktopServices final : public DesktopServices {
   GdkScreens screens_{connection_};
   X11WindowList windowList_{connection_};
   LinuxWorkspace workspace_;
-  LinuxDesktopPicture desktopPicture_;
+  LinuxDesktopPicture desktopPicture_{connection_};
   X11WallpaperWindows windows_;
   std::unique_ptr<WebKitWebViews> webViews_;
 };

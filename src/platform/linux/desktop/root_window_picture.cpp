@@ -6,11 +6,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <memory>
-#include <optional>
+#include <vector>
 
 #include "app/text.h"
 #include "platform/linux/desktop/gdk_screens.h"
+#include "platform/linux/desktop/root_window_record.h"
 #include "platform/linux/handles.h"
 
 namespace tavelle {
@@ -19,24 +21,14 @@ namespace {
 using DisplayPtr = std::unique_ptr<Display, FreeWith<XCloseDisplay>>;
 using SurfacePtr = std::unique_ptr<cairo_surface_t, FreeWith<cairo_surface_destroy>>;
 using CairoPtr = std::unique_ptr<cairo_t, FreeWith<cairo_destroy>>;
-using PropertyPtr = std::unique_ptr<unsigned char, FreeWith<XFree>>;
 
 /// The names under which other programs look for the root window's picture, and under which whoever replaces it finds
 /// what to free.
 constexpr std::array pictureProperties{"_XROOTPMAP_ID", "ESETROOT_PMAP_ID"};
 
-std::optional<Pixmap> pixmapProperty(Display* display, const char* name) {
-  Atom type = None;
-  int format = 0;
-  unsigned long count = 0;
-  unsigned long rest = 0;
-  unsigned char* bytes = nullptr;
-  XGetWindowProperty(display, DefaultRootWindow(display), XInternAtom(display, name, False), 0, 1, False, XA_PIXMAP,
-                     &type, &format, &count, &rest, &bytes);
-  const PropertyPtr owned(bytes);
-  if (type != XA_PIXMAP || format != 32 || count != 1) return std::nullopt;
-  // Xlib hands out 32-bit properties as longs.
-  return static_cast<Pixmap>(*reinterpret_cast<unsigned long*>(owned.get()));
+/// The root window's picture, as it says itself.
+std::optional<Pixmap> currentPicture(Display* display) {
+  return pixmapProperty(display, DefaultRootWindow(display), pictureProperties[0]);
 }
 
 SurfacePtr surfaceOf(Display* display, Pixmap pixmap, int width, int height) {
@@ -64,18 +56,25 @@ std::optional<PixmapSize> pixmapSize(Display* display, Pixmap pixmap) {
   return size;
 }
 
-/// Copies what is on the root window now, as far as it reaches.
-void copyCurrentPicture(Display* display, Pixmap target) {
-  const auto current = pixmapProperty(display, pictureProperties[0]);
+/// Fills `target`, which has the root window's size, with what is on the root window now: a picture from before a
+/// change of monitors may have another size, and is repeated past its own edges.
+void copyCurrentPicture(Display* display, Pixmap target, unsigned width, unsigned height) {
+  const int number = DefaultScreen(display);
+  XFillRectangle(display, target, DefaultGC(display, number), 0, 0, width, height);
+  const auto current = currentPicture(display);
   if (!current) return;
   // The property may be left over from a program that took its pixmap along.
   const auto size = pixmapSize(display, *current);
-  if (!size || size->depth != static_cast<unsigned>(DefaultDepth(display, DefaultScreen(display)))) return;
-  XCopyArea(display, *current, target, DefaultGC(display, DefaultScreen(display)), 0, 0, size->width, size->height, 0,
-            0);
+  if (!size || size->depth != static_cast<unsigned>(DefaultDepth(display, number))) return;
+  XGCValues values{};
+  values.fill_style = FillTiled;
+  values.tile = *current;
+  GC context = XCreateGC(display, target, GCFillStyle | GCTile, &values);
+  XFillRectangle(display, target, context, 0, 0, width, height);
+  XFreeGC(display, context);
 }
 
-void paint(cairo_t* cairo, GdkPixbuf* picture, const Rect& place) {
+void paint(cairo_t* cairo, GdkPixbuf* picture, const RootPlace& place) {
   const double width = gdk_pixbuf_get_width(picture);
   const double height = gdk_pixbuf_get_height(picture);
   const double scale = std::max(place.width / width, place.height / height);
@@ -90,47 +89,74 @@ void paint(cairo_t* cairo, GdkPixbuf* picture, const Rect& place) {
   cairo_paint(cairo);
 }
 
-/// Makes `pixmap` the root window's picture and frees the one before, as the convention has it: a picture under both
+/// Makes the pixmap the root window's picture and frees the one before, as the convention has it: a picture under both
 /// names belongs to a client that has gone and left it behind.
-void publish(Display* display, Pixmap pixmap) {
+void publish(Display* display, const RootRecord& record) {
   const Window root = DefaultRootWindow(display);
-  const auto previous = pixmapProperty(display, pictureProperties[1]);
-  const bool leftBehind = previous && previous == pixmapProperty(display, pictureProperties[0]);
+  const auto previous = pixmapProperty(display, root, pictureProperties[1]);
+  const bool leftBehind = previous && previous == currentPicture(display);
   for (const char* name : pictureProperties) {
     XChangeProperty(display, root, XInternAtom(display, name, False), XA_PIXMAP, 32, PropModeReplace,
-                    reinterpret_cast<const unsigned char*>(&pixmap), 1);
+                    reinterpret_cast<const unsigned char*>(&record.pixmap), 1);
   }
-  XSetWindowBackgroundPixmap(display, root, pixmap);
+  writeRootRecord(display, record);
+  XSetWindowBackgroundPixmap(display, root, record.pixmap);
   XClearWindow(display, root);
   if (leftBehind) XKillClient(display, *previous);
   XSetCloseDownMode(display, RetainPermanent);
   XSync(display, False);
 }
 
+/// A connection of its own: what it makes is left behind when it closes.
+DisplayPtr connect() { return DisplayPtr(XOpenDisplay(gdk_display_get_name(gdk_display_get_default()))); }
+
+RootPlace rootPlace(const Screen& screen) {
+  const Rect place = PixelSpace::current().toPixels(screen.bounds);
+  return {static_cast<int>(std::lround(place.x)), static_cast<int>(std::lround(place.y)),
+          static_cast<int>(std::lround(place.width)), static_cast<int>(std::lround(place.height))};
+}
+
+bool overlap(const RootPlace& a, const RootPlace& b) {
+  return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height && b.y < a.y + a.height;
+}
+
+/// What is on the root window when `image` has been painted over what is there now. What no longer lies whole on a root
+/// window of that size is forgotten.
+std::vector<RootRecord::Image> imagesWith(const RootRecord::Image& image, Display* display, int width, int height) {
+  std::vector<RootRecord::Image> images;
+  if (auto before = readRootRecord(display); before && before->pixmap == currentPicture(display)) {
+    images = std::move(before->images);
+  }
+  std::erase_if(images, [&](const RootRecord::Image& each) {
+    const RootPlace& place = each.place;
+    return overlap(place, image.place) || place.x + place.width > width || place.y + place.height > height;
+  });
+  images.push_back(image);
+  return images;
+}
+
 }  // namespace
 
-Result<void> paintRootWindow(const std::filesystem::path& image, const Screen& screen) {
+Result<void> RootWindowPicture::set(const std::filesystem::path& image, const Screen& screen) {
   ErrorSlot error;
   const auto file = adopt(gdk_pixbuf_new_from_file(image.c_str(), error.out()));
   if (!file) return Error{escapedUtf8(image.native()) + ": " + escapedUtf8(error.message())};
   const auto upright = adopt(gdk_pixbuf_apply_embedded_orientation(file.get()));
 
-  // A connection of its own: what it makes is left behind when it closes.
-  const DisplayPtr display(XOpenDisplay(gdk_display_get_name(gdk_display_get_default())));
+  const DisplayPtr display = connect();
   if (!display) return Error{"couldn't connect to the X server"};
   const int number = DefaultScreen(display.get());
   const int width = DisplayWidth(display.get(), number);
   const int height = DisplayHeight(display.get(), number);
+  const RootPlace place = rootPlace(screen);
   const Pixmap pixmap =
       XCreatePixmap(display.get(), DefaultRootWindow(display.get()), static_cast<unsigned>(width),
                     static_cast<unsigned>(height), static_cast<unsigned>(DefaultDepth(display.get(), number)));
-  XFillRectangle(display.get(), pixmap, DefaultGC(display.get(), number), 0, 0, static_cast<unsigned>(width),
-                 static_cast<unsigned>(height));
-  copyCurrentPicture(display.get(), pixmap);
+  copyCurrentPicture(display.get(), pixmap, static_cast<unsigned>(width), static_cast<unsigned>(height));
   {
     const SurfacePtr surface = surfaceOf(display.get(), pixmap, width, height);
     const CairoPtr cairo(cairo_create(surface.get()));
-    paint(cairo.get(), upright.get(), PixelSpace::current().toPixels(screen.bounds));
+    paint(cairo.get(), upright.get(), place);
     cairo_surface_flush(surface.get());
     if (const auto status = cairo_status(cairo.get()); status != CAIRO_STATUS_SUCCESS) {
       return Error{std::string("couldn't draw the picture: ") + cairo_status_to_string(status)};
@@ -138,8 +164,21 @@ Result<void> paintRootWindow(const std::filesystem::path& image, const Screen& s
   }
   // Requests to the X server fail silently; a picture that did not come into being cannot be asked for its size.
   if (!pixmapSize(display.get(), pixmap)) return Error{"the X server has no room for the picture"};
-  publish(display.get(), pixmap);
+  publish(display.get(), {pixmap, imagesWith({place, image.native()}, display.get(), width, height)});
   return {};
+}
+
+std::optional<std::string> RootWindowPicture::current(const Screen& screen) const {
+  const DisplayPtr display = connect();
+  if (!display) return std::nullopt;
+  const auto shown = currentPicture(display.get());
+  if (!shown) return std::nullopt;
+  const auto record = readRootRecord(display.get());
+  if (!record || record->pixmap != *shown) return "pixmap " + std::to_string(*shown);
+  const RootPlace place = rootPlace(screen);
+  const auto found = std::find_if(record->images.begin(), record->images.end(),
+                                  [&](const RootRecord::Image& each) { return each.place == place; });
+  return found == record->images.end() ? std::nullopt : std::optional("image " + found->path);
 }
 
 }  // namespace tavelle

@@ -1,14 +1,22 @@
 #pragma once
 
-#include <filesystem>
-
-#include "platform/result.h"
-#include "platform/screens.h"
+#include "platform/desktop_picture.h"
 
 namespace tavelle {
 
-/// Paints the image over the screen's part of the X server's root window, and leaves the rest of it as it is. The
-/// picture outlives this process, and other programs find it by the usual properties of the root window.
-Result<void> paintRootWindow(const std::filesystem::path& image, const Screen& screen);
+/// The picture on the X server's root window, for sessions without a desktop that has one of its own. The image is
+/// painted over the screen's part of the root window; the rest of it keeps what it shows. The picture outlives this
+/// process, and other programs find it by the usual properties of the root window.
+///
+/// Its name is the image that was painted where the screen is, as long as the root window's properties name the pixmap
+/// that this program made last. When they name another, another program has painted the root window since, and the name
+/// is that pixmap's number. A screen over whose exact place nothing of ours was painted has no name: after a change of
+/// monitors they have to be painted again. Programs that fill the root window without telling a pixmap, such as those
+/// that give it a plain colour, stay unnoticed: the X server does not say what a window's background is.
+class RootWindowPicture final : public DesktopPicture {
+ public:
+  Result<void> set(const std::filesystem::path& image, const Screen& screen) override;
+  std::optional<std::string> current(const Screen& screen) const override;
+};
 
 }  // namespace tavelle
