@@ -7,17 +7,19 @@
 
 #include "platform/linux/desktop/gsettings_picture.h"
 #include "platform/linux/desktop/root_window_picture.h"
+#include "platform/linux/desktop/xfconf_picture.h"
 #include "platform/linux/file_descriptor.h"
 
 namespace tavelle {
 namespace {
 
 /// By what the session says of itself: names between colons, the more special ones first.
-std::unique_ptr<DesktopPicture> pictureOfRunningDesktop(const XConnection&) {
+std::unique_ptr<DesktopPicture> pictureOfRunningDesktop(const XConnection& connection) {
   const char* const variable = std::getenv("XDG_CURRENT_DESKTOP");
   std::string_view names = variable ? variable : "";
   while (!names.empty()) {
     const std::string_view name = names.substr(0, names.find(':'));
+    if (name == "XFCE") return std::make_unique<XfconfPicture>(connection);
     if (auto desktop = gsettingsDesktop(name)) return std::make_unique<GSettingsPicture>(*std::move(desktop));
     names.remove_prefix(std::min(name.size() + 1, names.size()));
   }

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/desktop_picture.h"
+#include "platform/linux/desktop/x_connection.h"
+
+namespace tavelle {
+
+/// The picture in Xfce's settings, which has one for each monitor and workspace: it is set for all workspaces that
+/// there are and all that have settings. Its name is the one in the settings of the workspace that is in sight.
+class XfconfPicture final : public DesktopPicture {
+ public:
+  explicit XfconfPicture(const XConnection& connection);
+
+  Result<void> set(const std::filesystem::path& image, const Screen& screen) override;
+  std::optional<std::string> current(const Screen& screen) const override;
+
+ private:
+  /// A number that the window manager tells on the root window.
+  std::optional<std::uint32_t> managerNumber(std::size_t atom) const;
+
+  const XConnection& connection_;
+  const std::vector<xcb_atom_t> atoms_;
+};
+
+}  // namespace tavelle
