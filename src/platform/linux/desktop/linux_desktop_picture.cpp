@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "platform/linux/desktop/gsettings_picture.h"
+#include "platform/linux/desktop/plasma_picture.h"
 #include "platform/linux/desktop/root_window_picture.h"
 #include "platform/linux/desktop/xfconf_picture.h"
 #include "platform/linux/file_descriptor.h"
@@ -20,6 +21,7 @@ std::unique_ptr<DesktopPicture> pictureOfRunningDesktop(const XConnection& conne
   while (!names.empty()) {
     const std::string_view name = names.substr(0, names.find(':'));
     if (name == "XFCE") return std::make_unique<XfconfPicture>(connection);
+    if (name == "KDE") return std::make_unique<PlasmaPicture>();
     if (auto desktop = gsettingsDesktop(name)) return std::make_unique<GSettingsPicture>(*std::move(desktop));
     names.remove_prefix(std::min(name.size() + 1, names.size()));
   }
