@@ -14,10 +14,11 @@ from Xlib.protocol import event
 
 REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
 BINARY = pathlib.Path(os.environ.get("TAVELLE_BINARY", REPOSITORY / "build/release/bin/tavelle")).resolve()
+PICTURE_PROBE = BINARY.parent.parent / "tests/desktop_picture_probe"
 SAMPLES = sorted(each.name for each in (BINARY.parent.parent / "share/tavelle/Wallpapers").iterdir())
 
 sys.path.insert(0, str(REPOSITORY / "tools"))
-from virtual_desktop import VirtualDesktop, descendants, wait_until  # noqa: E402, F401  (handed on)
+from virtual_desktop import VirtualDesktop, descendants, end, wait_until  # noqa: E402, F401  (handed on)
 
 # Far more than anything takes, even on a busy machine: only a failing test waits so long.
 PATIENCE = 60
@@ -170,10 +171,17 @@ class Tavelle:
         self.wait("loaded: ", count=int(self.wait(r"showing on (\d+) display")[1]))
         return folder
 
-    def run(self, *arguments, cwd=None, **environment):
+    def run(self, *arguments, cwd=None, program=BINARY, **environment):
         """Runs the program to its end."""
-        return subprocess.run([BINARY, *arguments], env=self.environment | environment, stdin=subprocess.DEVNULL,
+        return subprocess.run([program, *arguments], env=self.environment | environment, stdin=subprocess.DEVNULL,
                               cwd=cwd, capture_output=True, text=True, timeout=PATIENCE, check=False)
+
+    def pictures(self, *screen_and_image, **environment):
+        """What the desktop says it shows, by screen; set before, when a screen and an image are given."""
+        done = self.run(*map(str, screen_and_image), program=PICTURE_PROBE, **environment)
+        assert done.returncode == 0, done.stderr
+        pairs = [each.split("\t") for each in done.stdout.split("\0")[:-1]]
+        return {screen: None if name == "-" else name for screen, name in pairs}
 
     def ask_bus(self, method, signature="()", *arguments):
         return self.bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method,

@@ -5,8 +5,9 @@ import subprocess
 
 import pytest
 from session import color_page, wait_until
+from Xlib import X, Xatom, display
 
-RED, BLUE = 0xFF0000, 0x0000FF
+RED, GREEN, BLUE = 0xFF0000, 0x00FF00, 0x0000FF
 
 
 @pytest.fixture(name="picture")
@@ -16,6 +17,16 @@ def fixture_picture(tmp_path):
     subprocess.run(["convert", "-size", "200x400", "xc:lime", "-fill", "red", "-draw", "rectangle 0,120 99,279",
                     "-fill", "blue", "-draw", "rectangle 100,120 199,279", file], check=True)
     return file
+
+
+@pytest.fixture(name="plain")
+def fixture_plain(tmp_path):
+    """Makes an image of one colour, and gives its file."""
+    def make(color):
+        file = tmp_path / f"{color:06x}.png"
+        subprocess.run(["convert", "-size", "64x36", f"xc:#{color:06x}", file], check=True)
+        return file
+    return make
 
 
 @pytest.fixture(autouse=True)
@@ -81,3 +92,80 @@ def test_desktop_with_settings_of_its_own(tavelle, view, picture):
         "picture-uri": f"'{picture.as_uri()}'", "picture-uri-dark": f"'{picture.as_uri()}'",
         "picture-options": "'zoom'"}
     assert view.colors(0, 0, 2560, 720) == {0x808080}
+    environment = {"XDG_CURRENT_DESKTOP": "ubuntu:GNOME", "GSETTINGS_BACKEND": "keyfile"}
+    names = tavelle.pictures(**environment)
+    assert names == tavelle.pictures("DUMMY0", picture, **environment) and names["DUMMY0"] == names["DUMMY1"]
+    for key in ("picture-uri", "picture-uri-dark"):
+        tavelle.run("set", "org.gnome.desktop.background", key, "file:///another.png", program="gsettings",
+                    GSETTINGS_BACKEND="keyfile")
+        before, names = names, tavelle.pictures(**environment)
+        assert names["DUMMY0"] not in (None, before["DUMMY0"])
+
+
+def another_program_paints(view, same_number=None):
+    """As programs for the root window do: they leave a pixmap behind, and free the one before. The X server may give
+    it a number that was another's."""
+    old = view.display.create_resource_object("pixmap", view.property(view.root, "ESETROOT_PMAP_ID")[0])
+    others = []
+    try:
+        for _ in range(100):
+            other = display.Display(view.display.get_display_name())
+            others.append(other)
+            base = other.display.info.resource_id_base
+            if same_number is None or same_number & ~other.display.info.resource_id_mask == base:
+                break
+        root = other.screen().root
+        pixmap = root.create_pixmap(64, 64, root.get_geometry().depth)
+        while same_number is not None and pixmap.id != same_number:
+            assert pixmap.id < same_number
+            pixmap = root.create_pixmap(64, 64, root.get_geometry().depth)
+        for name in ("_XROOTPMAP_ID", "ESETROOT_PMAP_ID"):
+            root.change_property(other.intern_atom(name), Xatom.PIXMAP, 32, [pixmap.id])
+        other.set_close_down_mode(X.RetainPermanent)
+        other.sync()
+        old.kill_client()
+        view.display.sync()
+    finally:
+        for each in others:
+            each.close()
+
+
+def test_root_window_tells_its_pictures(tavelle, view, plain):
+    first = tavelle.pictures("DUMMY0", plain(RED))
+    second = tavelle.pictures("DUMMY1", plain(BLUE))
+    assert second["DUMMY0"] == first["DUMMY0"] and None not in second.values()
+    both = tavelle.pictures("DUMMY0", plain(BLUE))
+    assert both == {"DUMMY0": second["DUMMY1"], "DUMMY1": second["DUMMY1"]} and first["DUMMY0"] != both["DUMMY0"]
+
+    names = {both["DUMMY0"], first["DUMMY0"]}
+    ours = view.property(view.root, "_XROOTPMAP_ID")[0]
+    for number in (None, ours):
+        another_program_paints(view, number)
+        shown = tavelle.pictures()
+        assert shown["DUMMY0"] == shown["DUMMY1"] and shown["DUMMY0"] not in names | {None}
+        names.add(shown["DUMMY0"])
+    assert tavelle.pictures("DUMMY1", plain(BLUE)) == {"DUMMY0": None, "DUMMY1": both["DUMMY1"]}
+
+
+def test_monitors_change(desktop, tavelle, view, plain):
+    tavelle.pictures("DUMMY0", plain(RED))
+    names = tavelle.pictures("DUMMY1", plain(BLUE))
+    places = {"DUMMY0": (0, 0, 1280, 720)}
+    try:
+        for size, corner in (("1280x720", (0, 720)), ("1920x1080", (1280, 0)), ("1280x720", (1280, 360))):
+            desktop.plug("DUMMY1", "x".join(map(str, corner)), size)
+            places["DUMMY1"] = (*corner, *map(int, size.split("x")))
+            assert tavelle.pictures() == names | {"DUMMY1": None}
+            before = view.pixels(*places["DUMMY1"])
+            assert tavelle.pictures("DUMMY0", plain(GREEN))["DUMMY1"] is None
+            assert view.colors(*places["DUMMY0"]) == {GREEN} and view.pixels(*places["DUMMY1"]) == before
+            tavelle.pictures("DUMMY1", plain(BLUE))
+            assert tavelle.pictures("DUMMY0", plain(RED)) == names
+            assert [view.colors(*places[each]) for each in ("DUMMY0", "DUMMY1")] == [{RED}, {BLUE}]
+        desktop.unplug("DUMMY1")
+        desktop.run("xrandr", "--fb", "1280x720")
+        assert tavelle.pictures("DUMMY0", plain(RED)) == {"DUMMY0": names["DUMMY0"]}
+        desktop.plug("DUMMY1", "1280x360")
+        assert tavelle.pictures()["DUMMY1"] is None
+    finally:
+        desktop.plug("DUMMY1", "1280x0")

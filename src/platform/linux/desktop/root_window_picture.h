@@ -10,9 +10,10 @@ namespace tavelle {
 ///
 /// Its name is the image that was painted where the screen is, as long as the root window's properties name the pixmap
 /// that this program made last. When they name another, another program has painted the root window since, and the name
-/// is that pixmap's number. A screen over whose exact place nothing of ours was painted has no name: after a change of
-/// monitors they have to be painted again. Programs that fill the root window without telling a pixmap, such as those
-/// that give it a plain colour, stay unnoticed: the X server does not say what a window's background is.
+/// is that pixmap's number, which is no name of ours but may come round again for a later pixmap. A screen over whose
+/// exact place nothing of ours was painted has no name: after a change of monitors they have to be painted again.
+/// Programs that fill the root window without telling a pixmap, such as those that give it a plain colour, stay
+/// unnoticed: the X server does not say what a window's background is.
 class RootWindowPicture final : public DesktopPicture {
  public:
   Result<void> set(const std::filesystem::path& image, const Screen& screen) override;
