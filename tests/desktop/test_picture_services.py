@@ -1,0 +1,219 @@
+"""The still picture on desktops that have a service for it: Xfce's settings, Plasma's shell."""
+
+import configparser
+import os
+import pathlib
+import subprocess
+import time
+import urllib.parse
+
+import pytest
+from gi.repository import GLib
+from plasma_stand_in import PlasmaShell
+from session import PICTURE_PROBE, end, wait_until
+from Xlib import X
+from Xlib.protocol import event
+
+XFCE = {"XDG_CURRENT_DESKTOP": "XFCE"}
+PLASMA = {"XDG_CURRENT_DESKTOP": "KDE"}
+XFCONF_SERVICE = "/usr/share/dbus-1/services/org.xfce.Xfconf.service"
+LOCKED = """<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfce4-desktop" version="1.0" unlocked="nobody"><property name="backdrop" type="empty">
+<property name="screen0" type="empty"><property name="monitorDUMMY0" type="empty">
+<property name="workspace0" type="empty"><property name="image-style" type="int" value="1"/></property>
+</property></property></property></channel>"""
+MISFITS = "it's \"a\" \\ \n \u2028 é 100%20 #1?;').png"
+
+
+@pytest.fixture(name="image")
+def fixture_image(tmp_path):
+    file = tmp_path / MISFITS
+    file.touch()
+    return file
+
+
+@pytest.fixture(scope="module", autouse=True)
+def fixture_no_activation(desktop):
+    """On the desktop's bus no settings service starts by itself: it would outlive the bus, and mend what tests break."""
+    folder = pathlib.Path(desktop.environment["XDG_RUNTIME_DIR"]) / "dbus-1/services"
+    folder.mkdir(parents=True, exist_ok=True)
+    (folder / "org.xfce.Xfconf.service").write_text("[D-BUS Service]\nName=org.xfce.Xfconf\nExec=/bin/false\n")
+    desktop.run("gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path", "/",
+                "--method", "org.freedesktop.DBus.ReloadConfig")
+
+
+class Xfconf:
+    """Xfce's settings service, with settings of its own."""
+
+    def __init__(self, tavelle, system):
+        service = configparser.RawConfigParser()
+        service.read(XFCONF_SERVICE)
+        folders = {"XDG_CONFIG_HOME": str(tavelle.home / ".config"), "XDG_CONFIG_DIRS": str(system)}
+        self.process = subprocess.Popen(service["D-BUS Service"]["Exec"].split(), env=tavelle.environment | folders,
+                                        stdin=subprocess.DEVNULL)
+        self.bus = tavelle.bus
+        wait_until(lambda: tavelle.ask_bus("NameHasOwner", "(s)", "org.xfce.Xfconf")[0], 30, "the settings service")
+
+    def call(self, method, signature, *arguments):
+        return self.bus.call_sync("org.xfce.Xfconf", "/org/xfce/Xfconf", "org.xfce.Xfconf", method,
+                                  GLib.Variant(signature, ("xfce4-desktop", *arguments)), None, 0, -1, None).unpack()
+
+    def set(self, name, kind, value):
+        self.call("SetProperty", "(ssv)", name, GLib.Variant(kind, value))
+
+    def all(self):
+        return self.call("GetAllProperties", "(ss)", "/")[0]
+
+
+@pytest.fixture(name="system")
+def fixture_system(tmp_path):
+    folder = tmp_path / "system"
+    (folder / "xfce4/xfconf/xfce-perchannel-xml").mkdir(parents=True)
+    return folder
+
+
+@pytest.fixture(name="xfconf")
+def fixture_xfconf(tavelle, system):
+    xfconf = Xfconf(tavelle, system)
+    yield xfconf
+    end(xfconf.process)
+
+
+def go_to_workspace(view, number):
+    atom = view.atom("_NET_CURRENT_DESKTOP")
+    message = event.ClientMessage(window=view.root, client_type=atom, data=(32, [number, 0, 0, 0, 0]))
+    view.root.send_event(message, event_mask=X.SubstructureRedirectMask | X.SubstructureNotifyMask)
+    view.display.sync()
+    wait_until(lambda: view.property(view.root, "_NET_CURRENT_DESKTOP") == [number], 10, "the workspace")
+
+
+def test_xfce_shows_it_on_every_monitor_and_workspace(tavelle, view, xfconf, image):
+    kept = {"/backdrop/screen0/monitorDUMMY1/workspace9/color-style": ("i", 2),
+            "/backdrop/screen0/monitorDUMMY10/workspace0/last-image": ("s", "/other monitor.png"),
+            "/desktop-icons/style": ("i", 0)}
+    left = {"/backdrop/screen0/monitor0/workspace0/last-image": ("s", "/older kind.png"),
+            "/backdrop/screen0/monitorDUMMY0/workspace0/image-style": ("i", 1)}
+    for name, (kind, value) in (kept | left).items():
+        xfconf.set(name, kind, value)
+    done = tavelle.run("--set-still", str(image), **XFCE)
+    assert (done.returncode, done.stdout) == (0, "desktop picture set\n"), done.stderr
+
+    workspaces = range(view.property(view.root, "_NET_NUMBER_OF_DESKTOPS")[0])
+    assert len(workspaces) > 1
+    places = [(monitor, number) for monitor in ("DUMMY0", "DUMMY1", "0") for number in workspaces] + [("DUMMY1", 9)]
+    expected = {name: value for name, (_, value) in kept.items()}
+    for monitor, number in places:
+        base = f"/backdrop/screen0/monitor{monitor}/workspace{number}"
+        expected |= {f"{base}/last-image": str(image), f"{base}/image-style": 5}
+    assert xfconf.all() == expected
+
+
+def test_xfce_tells_the_picture_in_sight(tavelle, view, xfconf, image):
+    names = tavelle.pictures("DUMMY1", image, **XFCE)
+    assert names["DUMMY0"] is None and names["DUMMY1"]
+    base = "/backdrop/screen0/monitorDUMMY1"
+    go_to_workspace(view, 2)
+    seen = [names["DUMMY1"]]
+    for name, kind, value, changes in (
+            (f"{base}/workspace2/last-image", "s", "/another.png", False),
+            ("/backdrop/single-workspace-mode", "b", False, True),
+            (f"{base}/workspace0/last-image", "s", "/another.png", False),
+            (f"{base}/workspace2/image-style", "i", 0, True)):
+        xfconf.set(name, kind, value)
+        shown = tavelle.pictures(**XFCE)["DUMMY1"]
+        assert (shown != seen[-1], shown is None) == (changes, False), name
+        seen.append(shown)
+    assert tavelle.pictures("DUMMY1", image, **XFCE) == names
+    go_to_workspace(view, 0)
+
+
+def failures(tavelle, image, **environment):
+    done = tavelle.run("--set-still", image, **environment)
+    assert (done.returncode, done.stdout) == (1, "desktop picture failed\n")
+    return [line for line in done.stderr.splitlines() if line.startswith("failed: ")]
+
+
+def test_xfce_refuses(tavelle, image, system, tmp_path):
+    assert failures(tavelle, image, **XFCE) == [
+        "failed: org.xfce.Xfconf GetAllProperties: Process org.xfce.Xfconf exited with status 1"] * 2
+    no_bus = f"unix:path={tmp_path}/none"
+    assert all("org.xfce.Xfconf GetAllProperties: Could not connect" in line
+               for line in failures(tavelle, image, DBUS_SESSION_BUS_ADDRESS=no_bus, **XFCE))
+    assert tavelle.pictures(**XFCE) == {"DUMMY0": None, "DUMMY1": None}
+
+    (system / "xfce4/xfconf/xfce-perchannel-xml/xfce4-desktop.xml").write_text(LOCKED)
+    xfconf = Xfconf(tavelle, system)
+    try:
+        [failure] = failures(tavelle, image, **XFCE)
+        assert failure.startswith("failed: org.xfce.Xfconf SetProperty: Permission denied")
+        assert xfconf.all()["/backdrop/screen0/monitorDUMMY0/workspace0/image-style"] == 1
+        unnameable = os.fsencode(tmp_path) + b"/\xff.png"
+        with open(unnameable, "wb"):
+            pass
+        before = xfconf.all()
+        assert all(line.endswith("\\xFF.png") for line in failures(tavelle, unnameable, **XFCE))
+        assert xfconf.all() == before
+    finally:
+        end(xfconf.process)
+
+
+def plasma_state(screens):
+    """Two activities on two screens, numbered from the right, and what is left of a screen that has gone."""
+    def containment(screen, last, plugin="org.kde.color"):
+        return {"screen": screen, "plugin": plugin,
+                "config": {"": {"lastScreen": last}, "Wallpaper/org.kde.image/General": {"Image": "file:///old.png"}}}
+    return {"screens": screens, "desktops": [containment(0, 0), containment(1, 0, "org.kde.image"), containment(-1, 0),
+                                             containment(-1, 1), containment(-1, 5)]}
+
+
+@pytest.mark.parametrize("screens", [
+    {"0": [1280, 0, 1280, 720], "1": [0, 0, 1280, 720]},
+    {"0": [640, 0, 640, 360], "1": [0, 0, 640, 360]},
+    {"0": [1280, 0, 640, 360], "1": [0, 0, 640, 360]},
+    {"0": [1380, 50, 1280, 720], "1": [100, 50, 1280, 720]},
+], ids=["pixels", "scaled", "scaled in place", "displaced"])
+def test_plasma_shows_it_on_the_screen(tavelle, desktop, image, screens):
+    with PlasmaShell(desktop.environment["DBUS_SESSION_BUS_ADDRESS"], plasma_state(screens)) as shell:
+        before = tavelle.pictures(**PLASMA)
+        names = tavelle.pictures("DUMMY1", image, **PLASMA)
+        assert names["DUMMY0"] == before["DUMMY0"] and None not in before.values()
+        assert names["DUMMY1"] not in before.values()
+        untouched = plasma_state(screens)["desktops"]
+        shown = [each for each, old in zip(shell.state["desktops"], untouched) if each != old]
+        assert [(each["screen"], each["config"][""]["lastScreen"]) for each in shown] == [(0, 0), (-1, 0)]
+        for each in shown:
+            written = each["config"]["Wallpaper/org.kde.image/General"]
+            address = urllib.parse.urlsplit(written["Image"])
+            assert (each["plugin"], written["FillMode"], address.scheme) == ("org.kde.image", 2, "file")
+            assert (urllib.parse.unquote(address.path), address.query, address.fragment) == (str(image), "", "")
+        assert tavelle.pictures("DUMMY0", image, **PLASMA) == dict.fromkeys(names, names["DUMMY1"])
+
+
+def never(_call, _script):
+    pass
+
+
+def test_plasma_refuses(tavelle, desktop, image):
+    assert failures(tavelle, image, **PLASMA) == [
+        'failed: org.kde.plasmashell evaluateScript: Name "org.kde.plasmashell" does not exist'] * 2
+    assert tavelle.pictures(**PLASMA) == {"DUMMY0": None, "DUMMY1": None}
+
+    state = plasma_state({"0": [1280, 0, 1280, 720], "1": [0, 0, 1280, 720]})
+    one_screen = state | {"desktops": state["desktops"][1:2]}
+    broken = state | {"desktops": [state["desktops"][0] | {"config": None}, state["desktops"][1]]}
+    for world, answer, error in (
+            (state, lambda call, _: call.return_dbus_error("org.freedesktop.DBus.Error.Failed", "Widgets are locked."),
+             "org.kde.plasmashell evaluateScript: Widgets are locked\n"),
+            (state, lambda call, _: call.return_value(GLib.Variant("(s)", ("Error: no\nat line 3",))),
+             "the Plasma shell says: Error: no at line 3\n"),
+            (state, lambda call, _: call.return_value(GLib.Variant("(s)", ("",))),
+             "the Plasma shell did not finish the script\n"),
+            (broken, None, "TypeError"),
+            (state | {"desktops": []}, None, "the Plasma shell says: there is no such screen\n"),
+            (one_screen, None, "the Plasma shell says: there is no such screen\n"),
+            (state, never, "org.kde.plasmashell evaluateScript: Timeout was reached\n")):
+        with PlasmaShell(desktop.environment["DBUS_SESSION_BUS_ADDRESS"], world, answer):
+            start = time.monotonic()
+            done = tavelle.run("DUMMY1", image, program=PICTURE_PROBE, **PLASMA)
+            assert (done.returncode, error in done.stderr) == (1, True), done.stderr
+            assert time.monotonic() - start < 15
