@@ -102,9 +102,9 @@ def test_desktop_with_settings_of_its_own(tavelle, view, picture):
         assert names["DUMMY0"] not in (None, before["DUMMY0"])
 
 
-def another_program_paints(view, same_number=None):
-    """As programs for the root window do: they leave a pixmap behind, and free the one before. The X server may give
-    it a number that was another's."""
+def another_program_paints(view, frees=True, same_number=None):
+    """As programs for the root window do: they leave a pixmap behind, and most free the one before. The X server may
+    give it a number that was another's."""
     old = view.display.create_resource_object("pixmap", view.property(view.root, "ESETROOT_PMAP_ID")[0])
     others = []
     try:
@@ -123,7 +123,8 @@ def another_program_paints(view, same_number=None):
             root.change_property(other.intern_atom(name), Xatom.PIXMAP, 32, [pixmap.id])
         other.set_close_down_mode(X.RetainPermanent)
         other.sync()
-        old.kill_client()
+        if frees:
+            old.kill_client()
         view.display.sync()
     finally:
         for each in others:
@@ -137,14 +138,15 @@ def test_root_window_tells_its_pictures(tavelle, view, plain):
     both = tavelle.pictures("DUMMY0", plain(BLUE))
     assert both == {"DUMMY0": second["DUMMY1"], "DUMMY1": second["DUMMY1"]} and first["DUMMY0"] != both["DUMMY0"]
 
-    names = {both["DUMMY0"], first["DUMMY0"]}
-    ours = view.property(view.root, "_XROOTPMAP_ID")[0]
-    for number in (None, ours):
-        another_program_paints(view, number)
+    names = {None, both["DUMMY0"], first["DUMMY0"]}
+    for frees, takes_our_number in ((False, False), (True, False), (True, True)):
+        ours = view.property(view.root, "_XROOTPMAP_ID")[0]
+        if takes_our_number:
+            another_program_paints(view)
+        another_program_paints(view, frees, ours if takes_our_number else None)
         shown = tavelle.pictures()
-        assert shown["DUMMY0"] == shown["DUMMY1"] and shown["DUMMY0"] not in names | {None}
-        names.add(shown["DUMMY0"])
-    assert tavelle.pictures("DUMMY1", plain(BLUE)) == {"DUMMY0": None, "DUMMY1": both["DUMMY1"]}
+        assert shown["DUMMY0"] == shown["DUMMY1"] and shown["DUMMY0"] not in names
+        assert tavelle.pictures("DUMMY1", plain(BLUE)) == {"DUMMY0": None, "DUMMY1": both["DUMMY1"]}
 
 
 def test_monitors_change(desktop, tavelle, view, plain):
@@ -163,7 +165,7 @@ def test_monitors_change(desktop, tavelle, view, plain):
             assert tavelle.pictures("DUMMY0", plain(RED)) == names
             assert [view.colors(*places[each]) for each in ("DUMMY0", "DUMMY1")] == [{RED}, {BLUE}]
         desktop.unplug("DUMMY1")
-        desktop.run("xrandr", "--fb", "1280x720")
+        desktop.run("xrandr", "--fb", "1280x1080")
         assert tavelle.pictures("DUMMY0", plain(RED)) == {"DUMMY0": names["DUMMY0"]}
         desktop.plug("DUMMY1", "1280x360")
         assert tavelle.pictures()["DUMMY1"] is None

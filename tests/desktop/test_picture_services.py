@@ -170,7 +170,7 @@ def plasma_state(screens):
     {"0": [1280, 0, 1280, 720], "1": [0, 0, 1280, 720]},
     {"0": [640, 0, 640, 360], "1": [0, 0, 640, 360]},
     {"0": [1280, 0, 640, 360], "1": [0, 0, 640, 360]},
-    {"0": [1380, 50, 1280, 720], "1": [100, 50, 1280, 720]},
+    {"0": [5120, 900, 1280, 720], "1": [3840, 900, 1280, 720]},
 ], ids=["pixels", "scaled", "scaled in place", "displaced"])
 def test_plasma_shows_it_on_the_screen(tavelle, desktop, image, screens):
     with PlasmaShell(desktop.environment["DBUS_SESSION_BUS_ADDRESS"], plasma_state(screens)) as shell:
