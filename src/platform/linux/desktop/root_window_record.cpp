@@ -93,12 +93,12 @@ std::optional<RootRecord> readRootRecord(Display* display) {
 
 void writeRootRecord(Display* display, const RootRecord& record) {
   const Window root = DefaultRootWindow(display);
-  const Window window = XCreateWindow(display, root, -1, -1, 1, 1, 0, 0, InputOnly, nullptr, 0, nullptr);
+  const Window holder = XCreateWindow(display, root, -1, -1, 1, 1, 0, 0, InputOnly, nullptr, 0, nullptr);
   const std::string images = textOf(record.images);
-  setObjectProperty(display, window, recordProperty, XA_PIXMAP, record.pixmap);
-  XChangeProperty(display, window, XInternAtom(display, imagesProperty, False), XA_STRING, 8, PropModeReplace,
+  setObjectProperty(display, holder, recordProperty, XA_PIXMAP, record.pixmap);
+  XChangeProperty(display, holder, XInternAtom(display, imagesProperty, False), XA_STRING, 8, PropModeReplace,
                   reinterpret_cast<const unsigned char*>(images.data()), static_cast<int>(images.size()));
-  setObjectProperty(display, root, recordProperty, XA_WINDOW, window);
+  setObjectProperty(display, root, recordProperty, XA_WINDOW, holder);
 }
 
 }  // namespace tavelle
