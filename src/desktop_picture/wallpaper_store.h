@@ -39,8 +39,9 @@ struct StoreServices {
 };
 
 /// Makes the still image the picture of every display on every workspace, in the store, and has the agent that applies
-/// the store start again. `still` is absolute; it need not exist. Gives `log` one line for what happened, unless all was
-/// as it should be. Whether the store was changed. Blocks. The store is either as before or as after, whatever happens.
+/// the store start again. `still` is absolute; it need not exist. Gives `log` one line for what happened, unless all
+/// was as it should be. Whether the store was changed. Blocks. The store is either as before or as after, whatever
+/// happens.
 bool syncAllSpaces(const std::filesystem::path& still, const StoreServices& services,
                    const std::function<void(const std::string&)>& log);
 

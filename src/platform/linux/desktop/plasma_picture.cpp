@@ -3,10 +3,10 @@
 #include <string>
 #include <string_view>
 
+#include "app/file_uri.h"
 #include "app/text.h"
 #include "platform/linux/desktop/gdk_screens.h"
 #include "platform/linux/desktop/session_bus.h"
-#include "platform/linux/file_uri.h"
 
 namespace tavelle {
 namespace {
