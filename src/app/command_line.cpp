@@ -18,7 +18,8 @@ struct Option {
   Mode mode;
 };
 
-constexpr std::array<Option, 2> options{{{"--set-still", 2, Mode::setStill}, {"--coverage", 1, Mode::coverage}}};
+constexpr std::array<Option, 3> options{
+    {{"--set-still", 2, Mode::setStill}, {"--sync-spaces", 2, Mode::syncSpaces}, {"--coverage", 1, Mode::coverage}}};
 
 }  // namespace
 

@@ -63,6 +63,13 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   /// Looks now and again when the windows have come to rest.
   void coverageEvent();
 
+  // --- Desktop picture (desktop_picture/)
+
+  /// Syncs the wallpaper store to the still image in so many seconds (see `syncAllSpaces`), and again two seconds after
+  /// a pass that had to change it, at most `retries` times: whoever else writes the store may have put its own state
+  /// back meanwhile. A request that still waits is replaced.
+  void scheduleSpacesSync(const std::filesystem::path& still, double delay = 1.5, int retries = 1);
+
   // --- Playback (playback/)
 
   /// The wallpaper on show.
@@ -87,6 +94,7 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   void webViewDidReceiveMessage(WebView& view, const ScriptValue& body) override;
 
   void restoreWallpaper();
+  void syncSpacesAtLaunch();
   void buildWindow(const Screen& screen);
   std::string currentSignature() const;
   void screensChanged();
@@ -113,6 +121,7 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   Registration screenObserver_;
   Registration coverageTimer_;
   Registration workspaceObserver_;
+  Registration spacesSyncWork_;
   Registration rebuildRequest_;
   PendingCalls pending_;
 };

@@ -8,6 +8,11 @@
 #include "playback/show.h"
 
 namespace tavelle {
+namespace {
+
+constexpr double launchSyncDelay = 2.0;
+
+}  // namespace
 
 std::optional<Wallpaper> initialWallpaper(const std::vector<Wallpaper>& all, const std::optional<std::string>& stored,
                                           const TextOrder& order) {
@@ -25,6 +30,12 @@ void Controller::applicationDidFinishLaunching() {
   buildWindows();
   screenObserver_ = platform_.screens.onChange([this] { screensChanged(); });
   startCoverageWatch();
+  syncSpacesAtLaunch();
+}
+
+void Controller::syncSpacesAtLaunch() {
+  const auto still = current_ ? current_->still(platform_.files, platform_.textOrder) : std::nullopt;
+  if (still) scheduleSpacesSync(*still, launchSyncDelay);
 }
 
 void Controller::restoreWallpaper() {

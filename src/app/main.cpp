@@ -4,13 +4,16 @@
 #include <filesystem>
 #include <iostream>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "app/command_line.h"
 #include "app/commands.h"
 #include "app/controller.h"
 #include "coverage/coverage_report.h"
+#include "desktop_picture/wallpaper_store.h"
 #include "platform/application.h"
+#include "platform/linux/child_processes.h"
 #include "platform/linux/desktop_services.h"
 #include "platform/linux/glib_main_loop.h"
 #include "platform/linux/icu_text_order.h"
@@ -38,6 +41,18 @@ int runSetStill(const std::filesystem::path& image) {
   return setStill(image, (*desktop)->screens(), (*desktop)->desktopPicture(), std::cout, std::cerr);
 }
 
+int runSyncSpaces(const std::filesystem::path& image) {
+  ChildProcesses processes;
+  LinuxFiles files;
+  SystemClock clock;
+  const StoreServices services{clock, files, processes, wallpaperStore(homeFolder())};
+  std::error_code code;
+  const auto still = std::filesystem::absolute(image, code).lexically_normal();
+  const bool updated = syncAllSpaces(still, services, [](const std::string& message) { std::cout << message << '\n'; });
+  std::cout << (updated ? "updated\n" : "already the same everywhere\n");
+  return 0;
+}
+
 int runCoverage() {
   // Where there is no screen to ask about there is nothing to tell, and no failure.
   if (!hasDisplay()) return 0;
@@ -51,6 +66,8 @@ int runMode(Mode mode, const std::vector<std::string>& arguments) {
   switch (mode) {
     case Mode::setStill:
       return runSetStill(arguments[1]);
+    case Mode::syncSpaces:
+      return runSyncSpaces(arguments[1]);
     case Mode::coverage:
       return runCoverage();
   }
@@ -63,6 +80,7 @@ int runApplication() {
     std::cerr << "tavelle: " << desktop.error().description << '\n';
     return 1;
   }
+  ChildProcesses processes;
   GLibMainLoop mainLoop;
   IcuTextOrder textOrder;
   LinuxFiles files;
@@ -78,6 +96,7 @@ int runApplication() {
                           .desktopPicture = (*desktop)->desktopPicture(),
                           .files = files,
                           .mainLoop = mainLoop,
+                          .processes = processes,
                           .screens = (*desktop)->screens(),
                           .textOrder = textOrder,
                           .defaults = defaults,

@@ -11,6 +11,7 @@ class Clock;
 class DesktopPicture;
 class Files;
 class MainLoop;
+class Processes;
 class Screens;
 class TextOrder;
 class UserDefaults;
@@ -26,6 +27,7 @@ struct Platform {
   DesktopPicture& desktopPicture;
   Files& files;
   MainLoop& mainLoop;
+  Processes& processes;
   Screens& screens;
   TextOrder& textOrder;
   UserDefaults& defaults;

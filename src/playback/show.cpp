@@ -22,6 +22,7 @@ void Controller::show(const Wallpaper& wallpaper) {
         log("couldn't set the System Settings wallpaper: " + set.error().description);
       }
     }
+    scheduleSpacesSync(*still);
   }
   log("showing " + wallpaper.name());
 }

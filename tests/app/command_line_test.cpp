@@ -15,6 +15,8 @@ TEST(CommandLine, ChoosesTheModeByTheWholeFirstArgumentAndItsCount) {
        std::vector<std::pair<Arguments, std::optional<Mode>>>{{{}, std::nullopt},
                                                               {{"--set-still"}, std::nullopt},
                                                               {{"--coverage"}, Mode::coverage},
+                                                              {{"--sync-spaces"}, std::nullopt},
+                                                              {{"--sync-spaces", "a.jpg"}, Mode::syncSpaces},
                                                               {{"--coverage", "--set-still", "a.jpg"}, Mode::coverage},
                                                               {{"--Set-Still", "a.jpg"}, std::nullopt},
                                                               {{"--set-still=a.jpg", "b.jpg"}, std::nullopt},

@@ -10,6 +10,7 @@
 #include "platform/application.h"
 #include "platform/clock.h"
 #include "platform/desktop_picture.h"
+#include "platform/processes.h"
 #include "platform/screens.h"
 #include "platform/wallpaper_window.h"
 #include "platform/web_view.h"
@@ -51,6 +52,29 @@ struct FakeScreens final : Screens {
   }
   std::vector<Screen> screens;
   std::function<void()> changed = [] {};
+};
+
+struct FakeProcesses final : Processes {
+  Result<void> run(const std::filesystem::path& program, const std::vector<std::string>& arguments) override {
+    ran.push_back(program.native());
+    for (const auto& argument : arguments) ran.back() += " " + argument;
+    if (onRun) onRun();
+    return missing ? Result<void>(Error{"no such program"}) : Result<void>();
+  }
+  Result<Registration> start(const std::filesystem::path& program, std::function<void()> ended) override {
+    if (missing) return Error{"no such program"};
+    started.push_back(program);
+    running = std::move(ended);
+    return Registration([this] { running = nullptr; });
+  }
+
+  /// Command lines.
+  std::vector<std::string> ran;
+  std::function<void()> onRun;
+  std::vector<std::filesystem::path> started;
+  /// What the last one that was started calls when it ends; empty when it was ended.
+  std::function<void()> running;
+  bool missing = false;
 };
 
 struct FakeWindowList final : WindowList {

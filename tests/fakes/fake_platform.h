@@ -29,6 +29,7 @@ struct FakePlatform {
             .desktopPicture = desktopPicture,
             .files = files,
             .mainLoop = mainLoop,
+            .processes = processes,
             .screens = screens,
             .textOrder = textOrder,
             .defaults = defaults,
@@ -57,6 +58,7 @@ struct FakePlatform {
   FakeDesktopPicture desktopPicture;
   FakeFiles files;
   FakeMainLoop mainLoop;
+  FakeProcesses processes;
   FakeScreens screens;
   IcuTextOrder textOrder;
   FakeDefaults defaults;

@@ -1,0 +1,20 @@
+#include "app/controller.h"
+#include "desktop_picture/wallpaper_store.h"
+#include "platform/main_loop.h"
+
+namespace tavelle {
+namespace {
+
+constexpr double recheckDelay = 2.0;
+
+}  // namespace
+
+void Controller::scheduleSpacesSync(const std::filesystem::path& still, double delay, int retries) {
+  spacesSyncWork_ = platform_.mainLoop.after(delay, [this, still, retries] {
+    const StoreServices services{platform_.clock, platform_.files, platform_.processes, wallpaperStore(platform_.home)};
+    const bool changed = syncAllSpaces(still, services, [this](const std::string& message) { log(message); });
+    if (changed && retries >= 1) scheduleSpacesSync(still, recheckDelay, retries - 1);
+  });
+}
+
+}  // namespace tavelle
