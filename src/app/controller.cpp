@@ -10,6 +10,7 @@ Controller::Controller(const Platform& platform)
     : platform_(platform),
       library_(platform.home / "Pictures/Wallpapers"),
       logFile_(platform.home / "Library/Logs/Tavelle.log"),
+      agentKeeper_(platform.processes, platform.mainLoop, platform.agent),
       pending_(platform.mainLoop) {}
 
 Controller::~Controller() = default;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "app/pending_calls.h"
+#include "desktop_picture/agent_keeper.h"
 #include "library/wallpaper.h"
 #include "platform/application.h"
 #include "platform/platform.h"
@@ -122,6 +123,7 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   Registration coverageTimer_;
   Registration workspaceObserver_;
   Registration spacesSyncWork_;
+  AgentKeeper agentKeeper_;
   Registration rebuildRequest_;
   PendingCalls pending_;
 };

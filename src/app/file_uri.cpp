@@ -1,5 +1,7 @@
 #include "app/file_uri.h"
 
+#include <charconv>
+#include <cstdint>
 #include <string_view>
 
 namespace tavelle {
@@ -27,6 +29,27 @@ std::string fileUri(const std::filesystem::path& file) {
     }
   }
   return uri;
+}
+
+std::optional<std::filesystem::path> filePath(std::string_view uri) {
+  constexpr std::string_view scheme = "file://";
+  if (!uri.starts_with(scheme) || !uri.substr(scheme.size()).starts_with("/")) return std::nullopt;
+  uri.remove_prefix(scheme.size());
+  std::string path;
+  while (!uri.empty()) {
+    std::uint8_t byte = 0;
+    const bool escaped = uri.front() == '%';
+    if (!escaped) {
+      path += uri.front();
+    } else if (uri.size() < 3 || std::from_chars(uri.data() + 1, uri.data() + 3, byte, 16).ptr != uri.data() + 3 ||
+               byte == 0) {
+      return std::nullopt;
+    } else {
+      path += static_cast<char>(byte);
+    }
+    uri.remove_prefix(escaped ? 3 : 1);
+  }
+  return path;
 }
 
 }  // namespace tavelle

@@ -30,6 +30,7 @@ void Controller::applicationDidFinishLaunching() {
   buildWindows();
   screenObserver_ = platform_.screens.onChange([this] { screensChanged(); });
   startCoverageWatch();
+  agentKeeper_.start();
   syncSpacesAtLaunch();
 }
 

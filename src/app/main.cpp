@@ -106,6 +106,7 @@ int runApplication() {
                           .workspace = (*desktop)->workspace(),
                           .processId = getpid(),
                           .home = home,
+                          .agent = privateLibraryFolder() / "WallpaperAgent",
                           .resources = resourceFolder()};
   Controller controller(platform);
   offerCommands(platform, controller);

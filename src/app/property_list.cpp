@@ -1,5 +1,6 @@
 #include "app/property_list.h"
 
+#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 
@@ -69,6 +70,15 @@ std::vector<plist_t> plistValues(plist_t node) {
     if (!value) return values;
     values.push_back(value);
   }
+}
+
+PlistPtr plistDate(WallTime time) {
+  // They count from the beginning of 2001.
+  using std::chrono::floor, std::chrono::microseconds, std::chrono::seconds;
+  const auto since = time - std::chrono::sys_days(std::chrono::year(2001) / 1 / 1);
+  const auto whole = floor<seconds>(since);
+  return PlistPtr(plist_new_date(static_cast<std::int32_t>(whole.count()),
+                                 static_cast<std::int32_t>(floor<microseconds>(since - whole).count())));
 }
 
 void setPlistItem(plist_t dictionary, const char* key, PlistPtr value) {

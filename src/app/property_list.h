@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/clock.h"
 #include "platform/result.h"
 
 namespace tavelle {
@@ -44,6 +45,9 @@ plist_t plistItem(plist_t node, const char* key, plist_type type);
 
 /// The values of a dictionary, which they belong to; none when `node` is null or no dictionary.
 std::vector<plist_t> plistValues(plist_t node);
+
+/// A date; the fraction of a microsecond is cut off.
+PlistPtr plistDate(WallTime time);
 
 /// Puts a value, made for this, under a key of a dictionary; one that was there is freed.
 void setPlistItem(plist_t dictionary, const char* key, PlistPtr value);

@@ -1,6 +1,5 @@
 #include "desktop_picture/wallpaper_store.h"
 
-#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 
@@ -14,15 +13,6 @@ namespace {
 
 constexpr auto imageProvider = "com.apple.wallpaper.choice.image";
 constexpr auto unreadable = "desktops: couldn't read the wallpaper store";
-
-/// The dates of property lists count from the beginning of 2001.
-PlistPtr plistDate(WallTime time) {
-  using std::chrono::floor, std::chrono::microseconds, std::chrono::seconds;
-  const auto since = time - std::chrono::sys_days(std::chrono::year(2001) / 1 / 1);
-  const auto whole = floor<seconds>(since);
-  return PlistPtr(plist_new_date(static_cast<std::int32_t>(whole.count()),
-                                 static_cast<std::int32_t>(floor<microseconds>(since - whole).count())));
-}
 
 PlistPtr plistString(const std::string& text) { return PlistPtr(plist_new_string(text.c_str())); }
 

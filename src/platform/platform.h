@@ -40,6 +40,8 @@ struct Platform {
   std::int32_t processId;
   /// The user's home folder.
   std::filesystem::path home;
+  /// The program that keeps the wallpaper store and brings its pictures onto the screens.
+  std::filesystem::path agent;
   /// The folder of the files that come with the program; none when it cannot be found.
   std::optional<std::filesystem::path> resources;
 };

@@ -39,6 +39,7 @@ struct FakePlatform {
             .workspace = workspace,
             .processId = 77,
             .home = "/home",
+            .agent = "/lib/WallpaperAgent",
             .resources = "/share"};
   }
 

@@ -24,6 +24,8 @@ fs::path homeFolder() {
 
 fs::path defaultsFile() { return fs::path(g_get_user_config_dir()) / "tavelle/defaults.plist"; }
 
+fs::path agentMemoryFile() { return fs::path(g_get_user_state_dir()) / "tavelle/wallpaper-agent.plist"; }
+
 std::optional<fs::path> resourceFolder() {
   const fs::path folder = prefix() / "share/tavelle";
   std::error_code code;

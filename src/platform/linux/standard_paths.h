@@ -11,6 +11,9 @@ std::filesystem::path homeFolder();
 /// The settings file, below `$XDG_CONFIG_HOME`.
 std::filesystem::path defaultsFile();
 
+/// What the wallpaper agent remembers from one run to the next, below `$XDG_STATE_HOME`.
+std::filesystem::path agentMemoryFile();
+
 /// "<prefix>/share/tavelle" for an executable in "<prefix>/bin"; none when it does not exist.
 std::optional<std::filesystem::path> resourceFolder();
 

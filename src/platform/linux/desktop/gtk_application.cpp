@@ -8,8 +8,6 @@
 namespace tavelle {
 namespace {
 
-constexpr auto applicationId = "org.tavelle.Tavelle";
-
 /// Adds a command to the application's actions, by the type of its argument.
 struct ActionAdder {
   Gtk::Application& application;
@@ -36,7 +34,7 @@ struct ActionAdder {
 
 }  // namespace
 
-GtkApplication::GtkApplication() : application_(Gtk::Application::create(applicationId)) {}
+GtkApplication::GtkApplication(const char* id) : application_(Gtk::Application::create(id)) {}
 
 int GtkApplication::run(ApplicationDelegate& delegate) {
   application_->signal_activate().connect([this, &delegate] { activate(delegate); });

@@ -10,7 +10,8 @@ namespace tavelle {
 /// The application on GTK and the session bus. Without a session bus it runs all the same, but a second one can, too.
 class GtkApplication final : public Application {
  public:
-  GtkApplication();
+  /// `id` is its name on the session bus.
+  explicit GtkApplication(const char* id);
 
   int run(ApplicationDelegate& delegate) override;
   void terminate() override;

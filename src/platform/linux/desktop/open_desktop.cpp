@@ -1,8 +1,8 @@
 #include <gtkmm/main.h>
 
+#include "platform/linux/desktop/announced_picture.h"
 #include "platform/linux/desktop/gdk_screens.h"
 #include "platform/linux/desktop/gtk_application.h"
-#include "platform/linux/desktop/linux_desktop_picture.h"
 #include "platform/linux/desktop/linux_workspace.h"
 #include "platform/linux/desktop/webkit_web_views.h"
 #include "platform/linux/desktop/x11_wallpaper_window.h"
@@ -14,28 +14,28 @@ namespace {
 
 class GtkDesktopServices final : public DesktopServices {
  public:
-  Application& application() override { return made(application_); }
+  // The command line needs neither the application nor the web engine, so both are made when they are asked for.
+  Application& application() override {
+    if (!application_) application_ = std::make_unique<GtkApplication>("org.tavelle.Tavelle");
+    return *application_;
+  }
+  WebViews& webViews() override {
+    if (!webViews_) webViews_ = std::make_unique<WebKitWebViews>();
+    return *webViews_;
+  }
   DesktopPicture& desktopPicture() override { return desktopPicture_; }
   Screens& screens() override { return screens_; }
   WallpaperWindows& windows() override { return windows_; }
   WindowList& windowList() override { return windowList_; }
   Workspace& workspace() override { return workspace_; }
-  WebViews& webViews() override { return made(webViews_); }
 
  private:
-  /// The command line needs neither the application nor the web engine, so both are made when they are asked for.
-  template <typename Service>
-  static Service& made(std::unique_ptr<Service>& service) {
-    if (!service) service = std::make_unique<Service>();
-    return *service;
-  }
-
   const XConnection connection_;
   std::unique_ptr<GtkApplication> application_;
   GdkScreens screens_{connection_};
   X11WindowList windowList_{connection_};
   LinuxWorkspace workspace_;
-  LinuxDesktopPicture desktopPicture_{connection_};
+  AnnouncedPicture desktopPicture_{connection_};
   X11WallpaperWindows windows_;
   std::unique_ptr<WebKitWebViews> webViews_;
 };

@@ -1,25 +1,25 @@
-#include "platform/linux/desktop/window_manager_watch.h"
+#include "platform/linux/desktop/property_watch.h"
 
 #include <glib-unix.h>
 
+#include <algorithm>
 #include <array>
 
 namespace tavelle {
 namespace {
 
-/// The atoms' places among `atomNames`.
-enum AtomIndex : std::size_t { clientList, activeWindow, currentDesktop, showingDesktop, clientState };
-
-constexpr std::array<std::string_view, 5> atomNames{"_NET_CLIENT_LIST", "_NET_ACTIVE_WINDOW", "_NET_CURRENT_DESKTOP",
-                                                    "_NET_SHOWING_DESKTOP", "WM_STATE"};
+constexpr std::array<std::string_view, 1> clientListName{"_NET_CLIENT_LIST"};
 
 /// The bit that marks an event as sent by another program rather than by the server (X11 protocol, "SendEvent").
 constexpr std::uint8_t sentEvent = 0x80;
 
 }  // namespace
 
-WindowManagerWatch::WindowManagerWatch(std::function<void()> happened)
-    : happened_(std::move(happened)), atoms_(internAtoms(connection_, atomNames)) {
+PropertyWatch::PropertyWatch(Names ofRoot, Names ofClients, std::function<void()> happened)
+    : happened_(std::move(happened)),
+      clientList_(internAtoms(connection_, clientListName).front()),
+      ofRoot_(internAtoms(connection_, ofRoot)),
+      ofClients_(internAtoms(connection_, ofClients)) {
   listenTo(connection_.root());
   listenToClients();
   // What has come in while the clients were asked for would not make the descriptor readable again.
@@ -28,12 +28,12 @@ WindowManagerWatch::WindowManagerWatch(std::function<void()> happened)
                           reinterpret_cast<GUnixFDSourceFunc>(readable), this);
 }
 
-WindowManagerWatch::~WindowManagerWatch() {
+PropertyWatch::~PropertyWatch() {
   if (source_ != 0) g_source_remove(source_);
 }
 
-int WindowManagerWatch::readable(int, unsigned, void* data) {
-  auto* const self = static_cast<WindowManagerWatch*>(data);
+int PropertyWatch::readable(int, unsigned, void* data) {
+  auto* const self = static_cast<PropertyWatch*>(data);
   const bool mattered = self->drain();
   const bool alive = self->connection_.isAlive();
   if (!alive) self->source_ = 0;
@@ -44,35 +44,36 @@ int WindowManagerWatch::readable(int, unsigned, void* data) {
   return alive ? G_SOURCE_CONTINUE : G_SOURCE_REMOVE;
 }
 
-void WindowManagerWatch::listenTo(xcb_window_t window) const {
+void PropertyWatch::listenTo(xcb_window_t window) const {
   constexpr std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
   xcb_change_window_attributes(connection_.get(), window, XCB_CW_EVENT_MASK, &mask);
 }
 
-void WindowManagerWatch::listenToClients() const {
-  for (const xcb_window_t window : PropertyRequest(connection_, connection_.root(), atoms_[clientList]).read()) {
-    listenTo(window);
+void PropertyWatch::listenToClients() const {
+  if (!ofClients_.empty()) {
+    for (const xcb_window_t window : PropertyRequest(connection_, connection_.root(), clientList_).read()) {
+      listenTo(window);
+    }
   }
   xcb_flush(connection_.get());
 }
 
 /// Takes all events there are. Whether any was worth telling.
-bool WindowManagerWatch::drain() const {
+bool PropertyWatch::drain() const {
   bool mattered = false;
   while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
     // Errors, about windows that have gone since, come the same way.
     if ((event->response_type & ~sentEvent) != XCB_PROPERTY_NOTIFY) continue;
     const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(*event);
-    if (change.atom == atoms_[clientList]) listenToClients();
+    if (change.atom == clientList_) listenToClients();
     mattered = mattered || matters(change);
   }
   return mattered;
 }
 
-bool WindowManagerWatch::matters(const xcb_property_notify_event_t& event) const {
-  if (event.window != connection_.root()) return event.atom == atoms_[clientState];
-  return event.atom == atoms_[activeWindow] || event.atom == atoms_[currentDesktop] ||
-         event.atom == atoms_[showingDesktop];
+bool PropertyWatch::matters(const xcb_property_notify_event_t& event) const {
+  const auto& wanted = event.window == connection_.root() ? ofRoot_ : ofClients_;
+  return std::find(wanted.begin(), wanted.end(), event.atom) != wanted.end();
 }
 
 }  // namespace tavelle

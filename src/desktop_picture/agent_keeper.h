@@ -1,0 +1,36 @@
+#pragma once
+
+#include <filesystem>
+
+#include "platform/registration.h"
+
+namespace tavelle {
+
+class MainLoop;
+class Processes;
+
+/// Keeps the wallpaper agent running: starts it again when it ends, at once after a good while, later and later when it
+/// keeps ending. The agent ends with this. Main thread only.
+class AgentKeeper {
+ public:
+  /// `agent` is its executable.
+  AgentKeeper(Processes& processes, MainLoop& mainLoop, std::filesystem::path agent);
+  AgentKeeper(const AgentKeeper&) = delete;
+  AgentKeeper& operator=(const AgentKeeper&) = delete;
+
+  void start();
+
+ private:
+  void startLater();
+
+  Processes& processes_;
+  MainLoop& mainLoop_;
+  const std::filesystem::path agent_;
+  /// Seconds until the next start after an end.
+  double pause_;
+  Registration running_;
+  Registration restart_;
+  Registration steady_;
+};
+
+}  // namespace tavelle

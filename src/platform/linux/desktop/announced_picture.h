@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/linux/desktop/linux_desktop_picture.h"
+
+namespace tavelle {
+
+/// The name of the wallpaper agent on the session bus, and of its action that takes what `announcement` gives.
+constexpr auto agentName = "org.tavelle.WallpaperAgent";
+constexpr auto pictureSetAction = "picture-set";
+
+/// The desktop's picture, as the application and its command line set it: an agent that runs is told of each, so that
+/// it keeps what the user has chosen and not what it remembers.
+class AnnouncedPicture final : public DesktopPicture {
+ public:
+  explicit AnnouncedPicture(const XConnection& connection) : picture_(connection) {}
+
+  Result<void> set(const std::filesystem::path& image, const Screen& screen) override;
+  std::optional<std::string> current(const Screen& screen) const override { return picture_.current(screen); }
+
+ private:
+  LinuxDesktopPicture picture_;
+};
+
+}  // namespace tavelle
