@@ -69,8 +69,9 @@ bool completeStore(plist_t root, const std::vector<std::string>& displays, const
 }
 
 plist_t entryOfDisplay(plist_t root, const std::string& display) {
-  for (plist_t entry : {plistItem(plistItem(root, "Displays", PLIST_DICT), display.c_str(), PLIST_DICT),
-                        plistItem(root, "AllSpacesAndDisplays", PLIST_DICT), plistItem(root, "SystemDefault", PLIST_DICT)}) {
+  for (plist_t entry :
+       {plistItem(plistItem(root, "Displays", PLIST_DICT), display.c_str(), PLIST_DICT),
+        plistItem(root, "AllSpacesAndDisplays", PLIST_DICT), plistItem(root, "SystemDefault", PLIST_DICT)}) {
     if (shownImage(entry)) return entry;
   }
   return nullptr;

@@ -32,10 +32,10 @@ struct AgentServices {
   std::filesystem::path store;
 };
 
-/// The owner of the wallpaper store: makes it, keeps an entry in it for every display and workspace there is, and brings
-/// its pictures onto the screens. A picture that the user has chosen in any other way stays: a screen is touched only
-/// when its entry has been set since the agent last did so, or when it shows nothing. A store that cannot be read is
-/// left alone. Nothing fails towards the caller. Main thread only.
+/// The owner of the wallpaper store: makes it, keeps an entry in it for every display and workspace there is, and
+/// brings its pictures onto the screens. A picture that the user has chosen in any other way stays: a screen is touched
+/// only when its entry has been set since the agent last did so, or when it shows nothing. A store that cannot be read
+/// is left alone. Nothing fails towards the caller. Main thread only.
 class WallpaperAgent {
  public:
   explicit WallpaperAgent(const AgentServices& services);

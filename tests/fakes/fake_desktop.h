@@ -64,17 +64,23 @@ struct FakeProcesses final : Processes {
   Result<Registration> start(const std::filesystem::path& program, std::function<void()> ended) override {
     if (missing) return Error{"no such program"};
     started.push_back(program);
-    running = std::move(ended);
-    return Registration([this] { running = nullptr; });
+    ended_ = std::move(ended);
+    return Registration([this, number = started.size()] {
+      if (number == started.size()) ended_ = nullptr;
+    });
   }
+  bool isRunning() const { return ended_ != nullptr; }
+  /// Ends the one that was started last.
+  void endChild() { std::exchange(ended_, nullptr)(); }
 
   /// Command lines.
   std::vector<std::string> ran;
   std::function<void()> onRun;
   std::vector<std::filesystem::path> started;
-  /// What the last one that was started calls when it ends; empty when it was ended.
-  std::function<void()> running;
   bool missing = false;
+
+ private:
+  std::function<void()> ended_;
 };
 
 struct FakeWindowList final : WindowList {

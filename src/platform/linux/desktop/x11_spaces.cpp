@@ -27,7 +27,8 @@ std::vector<std::string> X11Spaces::list() const {
 }
 
 Registration X11Spaces::onChange(std::function<void()> changed) {
-  return Registration([watch = std::make_shared<PropertyWatch>(countName, PropertyWatch::Names(), std::move(changed))] {});
+  return Registration(
+      [watch = std::make_shared<PropertyWatch>(countName, PropertyWatch::Names(), std::move(changed))] {});
 }
 
 }  // namespace tavelle

@@ -1,0 +1,131 @@
+"""The agent that keeps the wallpaper store, and brings its pictures onto the screens."""
+
+import os
+import plistlib
+import signal
+import subprocess
+
+import pytest
+from session import X, color_page, descendants, lives, proc, wait_until
+from Xlib.error import XError
+
+FIRST, SECOND = (0, 0, 1280, 720), (1280, 0, 1280, 720)
+RED, BLUE, LIME = 0xFF0000, 0x0000FF, 0x00FF00
+DONE = r"desktops: every Space now shows still\.png$"
+
+
+@pytest.fixture(name="store")
+def fixture_store(tavelle):
+    return tavelle.home / "Library/Application Support/com.apple.wallpaper/Store/Index.plist"
+
+
+def agents(tavelle):
+    return [pid for pid in descendants(tavelle.process.pid) if proc(pid, "comm").strip() == "WallpaperAgent"]
+
+
+def add_wallpaper(tavelle, name, color):
+    folder = tavelle.add(name, color_page("#000"))
+    subprocess.run(["convert", "-size", "64x36", f"xc:{color}", folder / "still.png"], check=True)
+    return folder / "still.png"
+
+
+def root_colors(view, place):
+    """What the root window's picture has there, also where windows hide it."""
+    try:
+        pixmap = view.display.create_resource_object("pixmap", view.property(view.root, "_XROOTPMAP_ID")[0])
+        return {pixel & 0xFFFFFF for pixel in memoryview(pixmap.get_image(*place, X.ZPixmap, 0xFFFFFFFF).data).cast("I")}
+    except (IndexError, XError):
+        return set()
+
+
+def wait_for_picture(view, color, *places):
+    for place in places:
+        wait_until(lambda: root_colors(view, place) == {color}, 20, f"{color:06x} on {place}")
+
+
+def images(store):
+    """The images that the store's entries show."""
+    root = plistlib.loads(store.read_bytes())
+    entries = [root["AllSpacesAndDisplays"], *root["Displays"].values()]
+    for space in root["Spaces"].values():
+        entries += [space["Default"], *space["Displays"].values()]
+    assert {"DUMMY0", "DUMMY1"} <= set(root["Displays"]) and set(root["Spaces"]) == {"0", "1", "2", "3"}
+    choices = [choice for entry in entries for choice in entry["Desktop"]["Content"]["Choices"]]
+    return {plistlib.loads(choice["Configuration"])["url"]["relative"] for choice in choices}
+
+
+def test_a_store_from_nothing_follows_what_is_shown(tavelle, view, store):
+    tavelle.play(color_page("#008000"))
+    wait_until(store.exists, 20, "the store")
+    assert not images(store)
+    first = wait_until(lambda: agents(tavelle), 20, "the agent")
+    red = add_wallpaper(tavelle, "Red", "red")
+    tavelle.show("Red")
+    tavelle.wait(DONE)
+    assert images(store) == {red.as_uri()}
+    second = wait_until(lambda: agents(tavelle), 20, "the agent to be back after the sync")
+    assert second != first
+    wait_for_picture(view, RED, FIRST, SECOND)
+    blue = add_wallpaper(tavelle, "Blue", "blue")
+    tavelle.show("Blue")
+    tavelle.wait(DONE, count=2)
+    wait_for_picture(view, BLUE, FIRST, SECOND)
+    wait_until(lambda: agents(tavelle), 20, "the agent")
+    # A later pass has nothing to do: it has run when the one of a request made after it has.
+    tavelle.show("Red")
+    tavelle.wait(DONE, count=3)
+    assert images(store) == {red.as_uri()} != {blue.as_uri()}
+    assert len(tavelle.found("desktops: ")) == 3
+
+
+def test_the_store_reaches_every_screen_but_not_over_a_later_choice(tavelle, view, store, desktop):
+    tavelle.play(color_page("#008000"))
+    wait_until(store.exists, 20, "the store")
+    red, blue = add_wallpaper(tavelle, "Red", "red"), add_wallpaper(tavelle, "Blue", "blue")
+    assert tavelle.run("--sync-spaces", str(red)).stdout == "desktops: every Space now shows still.png\nupdated\n"
+    wait_for_picture(view, RED, FIRST, SECOND)
+    assert tavelle.run("--sync-spaces", str(red)).stdout == "already the same everywhere\n"
+
+    assert tavelle.run("--set-still", str(blue)).returncode == 0
+    wait_until(lambda: images(store) == {red.as_uri(), blue.as_uri()}, 20, "the store to note the screens' new picture")
+    assert tavelle.run("--sync-spaces", str(red)).stdout.endswith("updated\n")
+    wait_for_picture(view, RED, FIRST, SECOND)
+
+    desktop.unplug("DUMMY1")
+    tavelle.wait(r"showing on 1 display")
+    desktop.plug("DUMMY1", "1280x0", "1920x1080")
+    wait_for_picture(view, RED, FIRST, (1280, 0, 1920, 1080))
+    desktop.plug("DUMMY1", "1280x0")
+
+    # Another program's picture, as the user might choose one.
+    pixmap = view.root.create_pixmap(2560, 720, view.display.screen().root_depth)
+    pixmap.fill_rectangle(pixmap.create_gc(foreground=LIME), 0, 0, 2560, 720)
+    view.root.change_property(view.atom("_XROOTPMAP_ID"), view.atom("PIXMAP"), 32, [pixmap.id])
+    view.root.delete_property(view.atom("ESETROOT_PMAP_ID"))  # the picture of a program that is still there
+    view.display.sync()
+    before = wait_until(lambda: agents(tavelle), 20, "the agent")
+    os.kill(before[0], signal.SIGKILL)
+    wait_until(lambda: agents(tavelle) not in ([], before), 20, "another agent")
+    # A missing entry is added at each look at the screens, so that the test can tell when there was one.
+    for size in ("1024x768", "1280x720"):
+        wait_until(lambda: "org.tavelle.WallpaperAgent" in tavelle.ask_bus("ListNames")[0], 20, "the agent on the bus")
+        incomplete = plistlib.loads(store.read_bytes())
+        del incomplete["Displays"]["DUMMY1"]
+        store.write_bytes(plistlib.dumps(incomplete))
+        desktop.plug("DUMMY1", "1280x0", size)
+        wait_until(lambda: "DUMMY1" in plistlib.loads(store.read_bytes())["Displays"], 20, "a look at the screens")
+    assert root_colors(view, FIRST) == root_colors(view, SECOND) == {LIME}
+    assert tavelle.run("--sync-spaces", str(blue)).stdout.endswith("updated\n")
+    wait_for_picture(view, BLUE, FIRST, SECOND)
+
+
+def test_the_agent_lives_and_dies_with_the_application(tavelle, store):
+    assert tavelle.run("--sync-spaces", "/a.png").stdout == (
+        "desktops: couldn't read the wallpaper store\nalready the same everywhere\n")
+    assert not store.exists()
+    tavelle.play(color_page("#008000"))
+    agent = wait_until(lambda: agents(tavelle), 20, "the agent")[0]
+    tavelle.process.kill()
+    wait_until(lambda: not lives(agent), 20, "the agent to follow the application")
+    tavelle.process.wait()
+    tavelle.process = None

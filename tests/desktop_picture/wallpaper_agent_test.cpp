@@ -1,0 +1,163 @@
+#include "desktop_picture/wallpaper_agent.h"
+
+#include <gtest/gtest.h>
+
+#include "desktop_picture/agent_keeper.h"
+#include "desktop_picture/store_entries.h"
+#include "desktop_picture/wallpaper_store.h"
+#include "fakes/fake_platform.h"
+#include "platform/spaces.h"
+
+namespace tavelle {
+namespace {
+
+constexpr auto storePath = "/home/Library/Application Support/com.apple.wallpaper/Store/Index.plist";
+
+struct FakeSpaces final : Spaces {
+  std::vector<std::string> list() const override { return ids; }
+  Registration onChange(std::function<void()> tell) override {
+    changed = std::move(tell);
+    return Registration([this] { changed = nullptr; });
+  }
+  std::vector<std::string> ids{"0", "1"};
+  std::function<void()> changed;
+};
+
+struct Agent : testing::Test {
+  /// As after a start of the machine, or an end of the agent before.
+  void restart() {
+    agent.reset();
+    agent.emplace(AgentServices{platform.clock, pictures, platform.files, platform.mainLoop, platform.screens, spaces,
+                                platform.defaults, storePath});
+    agent->start();
+  }
+  bool sync(const std::string& still) {
+    platform.clock.time += std::chrono::seconds(1);
+    return syncAllSpaces(still, {platform.clock, platform.files, platform.processes, storePath},
+                         [](const std::string&) {});
+  }
+  PlistPtr store() { return parsedDictionary(platform.files.content(storePath).value_or("")); }
+  std::string imageOf(const std::string& display) {
+    const auto root = store();
+    return shownImage(entryOfDisplay(root.get(), display)).value_or("nothing");
+  }
+  std::string shown(const std::string& screen) { return pictures.pictures[screen].native(); }
+
+  FakePlatform platform;
+  FakeDesktopPicture& pictures = platform.desktopPicture;
+  FakeSpaces spaces;
+  std::optional<WallpaperAgent> agent;
+};
+
+TEST_F(Agent, MakesAStoreThatASyncThenFills) {
+  restart();
+  EXPECT_TRUE(pictures.pictures.empty()) << "there is nothing to show yet";
+  const auto made = store();
+  ASSERT_TRUE(made);
+  for (const char* space : {"0", "1"}) {
+    plist_t own = plistItem(plistItem(made.get(), "Spaces", PLIST_DICT), space, PLIST_DICT);
+    EXPECT_TRUE(plistItem(own, "Default", PLIST_DICT)) << space;
+    for (const char* display : {"left", "right"}) {
+      EXPECT_TRUE(plistItem(plistItem(own, "Displays", PLIST_DICT), display, PLIST_DICT)) << space << display;
+    }
+  }
+  EXPECT_TRUE(sync("/a.jpg"));
+  EXPECT_FALSE(sync("/a.jpg")) << "every entry has been there";
+  const auto before = platform.files.content(storePath);
+  restart();
+  EXPECT_EQ(platform.files.content(storePath), before) << "there is nothing to add";
+  EXPECT_EQ(shown("left"), "/a.jpg");
+  EXPECT_EQ(shown("right"), "/a.jpg");
+}
+
+TEST_F(Agent, LeavesWhatTheUserHasChosenSince) {
+  restart();
+  sync("/a%20b é.jpg");
+  restart();
+  EXPECT_EQ(shown("left"), "/a%20b é.jpg");
+  pictures.pictures["left"] = "/user.jpg";
+  restart();
+  spaces.changed();
+  platform.mainLoop.turn(1);
+  EXPECT_EQ(shown("left"), "/user.jpg");
+  sync("/b.jpg");
+  restart();
+  EXPECT_EQ(shown("left"), "/b.jpg") << "a newer wish than the user's choice";
+}
+
+TEST_F(Agent, FollowsScreensAndSpaces) {
+  restart();
+  sync("/a.jpg");
+  restart();
+  pictures.pictures.erase("right");  // as after its place has changed
+  platform.screens.screens.push_back({"third", {}, {}, {}});
+  spaces.ids.push_back("2");
+  platform.screens.changed();
+  spaces.changed();
+  EXPECT_EQ(shown("third"), "") << "not in the middle of a change";
+  platform.mainLoop.turn(0.6);
+  EXPECT_EQ(shown("right"), "/a.jpg");
+  EXPECT_EQ(shown("third"), "/a.jpg");
+  EXPECT_FALSE(sync("/a.jpg")) << "the new entries show it, too";
+  EXPECT_TRUE(plistItem(plistItem(store().get(), "Spaces", PLIST_DICT), "2", PLIST_DICT));
+}
+
+TEST_F(Agent, NotesWhatOthersSet) {
+  restart();
+  sync("/a.jpg");
+  restart();
+  platform.clock.time += std::chrono::seconds(1);
+  pictures.pictures["left"] = "/b.jpg";
+  agent->pictureWasSet("file:///b.jpg", "left");
+  EXPECT_EQ(imageOf("left"), "file:///b.jpg");
+  EXPECT_EQ(imageOf("right"), "file:///a.jpg");
+  pictures.pictures["left"] = "/user.jpg";
+  restart();
+  EXPECT_EQ(shown("left"), "/user.jpg") << "the set was done, and needs no repeating";
+  EXPECT_TRUE(sync("/b.jpg"));
+}
+
+TEST_F(Agent, LeavesAStoreAloneThatItCannotRead) {
+  platform.files.put(storePath, "damaged");
+  restart();
+  agent->pictureWasSet("file:///b.jpg", "left");
+  EXPECT_EQ(platform.files.content(storePath), "damaged");
+  for (const char* odd : {"<plist><dict><key>Displays</key><string>x</string><key>Spaces</key><array/></dict></plist>",
+                          "<plist><dict><key>AllSpacesAndDisplays</key><integer>1</integer></dict></plist>"}) {
+    platform.files.put(storePath, odd);
+    restart();
+    agent->pictureWasSet("file:///b.jpg", "left");
+    EXPECT_TRUE(store()) << odd;
+  }
+}
+
+TEST(AgentKeeper, StartsTheAgentAgainLaterAndLater) {
+  FakePlatform platform;
+  {
+    AgentKeeper keeper(platform.processes, platform.mainLoop, "/lib/WallpaperAgent");
+    keeper.start();
+    ASSERT_TRUE(platform.processes.isRunning());
+    double waited = 0;
+    for (std::size_t starts = 2; starts <= 12; ++starts) {
+      platform.processes.endChild();
+      for (waited = 0; platform.processes.started.size() < starts && waited < 100; waited += 0.25) {
+        platform.mainLoop.turn(0.25);
+      }
+      EXPECT_EQ(waited, std::min(0.25 * static_cast<double>(1 << (starts - 2)), 60.0)) << starts;
+    }
+    platform.mainLoop.turn(31);
+    platform.processes.endChild();
+    platform.mainLoop.turn(0.25);
+    EXPECT_EQ(platform.processes.started.size(), 13U) << "at once after a good while";
+    platform.processes.missing = true;
+    platform.processes.endChild();
+    platform.mainLoop.turn(100);
+    platform.processes.missing = false;
+    platform.mainLoop.turn(100);
+    EXPECT_EQ(platform.processes.started.size(), 14U) << "an executable that is back is started";
+  }
+  EXPECT_FALSE(platform.processes.isRunning()) << "the agent ends with its keeper";
+}
+
+}  // namespace
+}  // namespace tavelle
