@@ -1,5 +1,6 @@
 #include <gtk/gtk.h>
 #include <gtkmm/main.h>
+#include <malloc.h>
 #include <sys/prctl.h>
 
 #include <csignal>
@@ -62,6 +63,8 @@ int runAgent() {
 int main() {
   // Whatever becomes of the application, its agent does not stay behind.
   prctl(PR_SET_PDEATHSIG, SIGTERM);
+  // Otherwise the memory of a decoded picture stays with a process that rests all day.
+  mallopt(M_MMAP_THRESHOLD, 1 << 20);
   g_set_prgname("WallpaperAgent");
   gdk_set_allowed_backends("x11");
   if (!gtk_init_check(nullptr, nullptr)) return 1;
