@@ -5,9 +5,9 @@
 #include <unistd.h>
 #include <xcb/xcb.h>
 
-#include <cstdlib>
 #include <memory>
 
+#include "app/allocated.h"
 #include "coverage/coverage.h"
 #include "platform/linux/desktop_services.h"
 #include "platform/linux/handles.h"
@@ -27,12 +27,12 @@ void lookAtTheDesktop(benchmark::State& state, DesktopServices* desktop) {
 void askForEachSize(benchmark::State& state) {
   const std::unique_ptr<xcb_connection_t, FreeWith<xcb_disconnect>> connection(xcb_connect(nullptr, nullptr));
   const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data->root;
-  const std::unique_ptr<xcb_query_tree_reply_t, FreeWith<std::free>> tree(
+  const AllocatedPtr<xcb_query_tree_reply_t> tree(
       xcb_query_tree_reply(connection.get(), xcb_query_tree(connection.get(), root), nullptr));
   for (auto _ : state) {
     for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i) {
       const auto cookie = xcb_get_geometry(connection.get(), xcb_query_tree_children(tree.get())[i]);
-      std::free(xcb_get_geometry_reply(connection.get(), cookie, nullptr));
+      const AllocatedPtr<xcb_get_geometry_reply_t> size(xcb_get_geometry_reply(connection.get(), cookie, nullptr));
     }
   }
 }

@@ -37,7 +37,7 @@ Rect desktopArea(const Screen& screen) {
 /// The centres of `Count` equal cells of a line, in rising order.
 template <std::size_t Count>
 std::array<double, Count> cellCentres(double start, double length) {
-  std::array<double, Count> centres;
+  std::array<double, Count> centres{};
   for (std::size_t i = 0; i < Count; ++i) {
     centres[i] = start + (static_cast<double>(i) + 0.5) * length / static_cast<double>(Count);
   }

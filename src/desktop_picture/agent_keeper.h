@@ -17,6 +17,7 @@ class AgentKeeper {
   AgentKeeper(Processes& processes, MainLoop& mainLoop, std::filesystem::path agent);
   AgentKeeper(const AgentKeeper&) = delete;
   AgentKeeper& operator=(const AgentKeeper&) = delete;
+  ~AgentKeeper() = default;
 
   void start();
 

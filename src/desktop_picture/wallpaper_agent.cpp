@@ -1,6 +1,6 @@
 #include "desktop_picture/wallpaper_agent.h"
 
-#include <algorithm>
+#include <utility>
 
 #include "app/file_uri.h"
 #include "desktop_picture/store_entries.h"
@@ -28,7 +28,7 @@ std::string keyOf(const std::string& screen) { return std::string(appliedKey) + 
 
 }  // namespace
 
-WallpaperAgent::WallpaperAgent(const AgentServices& services) : services_(services) {}
+WallpaperAgent::WallpaperAgent(AgentServices services) : services_(std::move(services)) {}
 
 void WallpaperAgent::start() {
   screenObserver_ = services_.screens.onChange([this] { changed(); });
@@ -45,6 +45,7 @@ void WallpaperAgent::bringUpToDate() {
   if (!root) return;
   const auto screens = services_.screens.list();
   std::vector<std::string> displays;
+  displays.reserve(screens.size());
   for (const Screen& screen : screens) displays.push_back(screen.name);
   if (completeStore(root.get(), displays, services_.spaces.list(), services_.clock.now())) writeStore(root.get());
   for (const Screen& screen : screens) apply(root.get(), screen);

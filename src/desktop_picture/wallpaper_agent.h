@@ -38,9 +38,10 @@ struct AgentServices {
 /// is left alone. Nothing fails towards the caller. Main thread only.
 class WallpaperAgent {
  public:
-  explicit WallpaperAgent(const AgentServices& services);
+  explicit WallpaperAgent(AgentServices services);
   WallpaperAgent(const WallpaperAgent&) = delete;
   WallpaperAgent& operator=(const WallpaperAgent&) = delete;
+  ~WallpaperAgent() = default;
 
   /// Brings store and screens up to date, now and whenever screens or workspaces change.
   void start();

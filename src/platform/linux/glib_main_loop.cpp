@@ -50,8 +50,6 @@ gboolean dispatch(GSource* source, GSourceFunc callback, gpointer data) {
   return callback(data);
 }
 
-GSourceFuncs repeatingFunctions{prepare, isDue, dispatch, nullptr, nullptr, nullptr};
-
 gint64 microseconds(double seconds) { return std::llround(seconds * G_USEC_PER_SEC); }
 
 }  // namespace
@@ -69,6 +67,8 @@ Registration GLibMainLoop::after(double seconds, std::function<void()> action) {
 }
 
 Registration GLibMainLoop::repeat(double seconds, double tolerance, std::function<void()> action) {
+  // GLib asks for what it could write to, and never does.
+  static GSourceFuncs repeatingFunctions{prepare, isDue, dispatch, nullptr, nullptr, nullptr};
   GSource* const source = g_source_new(&repeatingFunctions, sizeof(RepeatingSource));
   auto& timing = repeating(source);
   timing.interval = std::max<gint64>(1, microseconds(seconds));

@@ -20,6 +20,14 @@ PropertyWatch::PropertyWatch(Names ofRoot, Names ofClients, std::function<void()
       clientList_(internAtoms(connection_, clientListName).front()),
       ofRoot_(internAtoms(connection_, ofRoot)),
       ofClients_(internAtoms(connection_, ofClients)) {
+  listen();
+}
+
+PropertyWatch::~PropertyWatch() {
+  if (source_ != 0) g_source_remove(source_);
+}
+
+void PropertyWatch::listen() {
   listenTo(connection_.root());
   listenToClients();
   // What has come in while the clients were asked for would not make the descriptor readable again.
@@ -28,11 +36,7 @@ PropertyWatch::PropertyWatch(Names ofRoot, Names ofClients, std::function<void()
                           reinterpret_cast<GUnixFDSourceFunc>(readable), this);
 }
 
-PropertyWatch::~PropertyWatch() {
-  if (source_ != 0) g_source_remove(source_);
-}
-
-int PropertyWatch::readable(int, unsigned, void* data) {
+int PropertyWatch::readable(int /*descriptor*/, unsigned /*condition*/, void* data) {
   auto* const self = static_cast<PropertyWatch*>(data);
   const bool mattered = self->drain();
   const bool alive = self->connection_.isAlive();
@@ -61,7 +65,7 @@ void PropertyWatch::listenToClients() const {
 /// Takes all events there are. Whether any was worth telling.
 bool PropertyWatch::drain() const {
   bool mattered = false;
-  while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
+  while (const AllocatedPtr<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
     // Errors, about windows that have gone since, come the same way.
     if ((event->response_type & ~sentEvent) != XCB_PROPERTY_NOTIFY) continue;
     const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(*event);

@@ -23,8 +23,9 @@ class PropertyWatch {
   ~PropertyWatch();
 
  private:
-  static int readable(int descriptor, unsigned condition, void* self);
+  static int readable(int descriptor, unsigned condition, void* data);
 
+  void listen();
   void listenTo(xcb_window_t window) const;
   void listenToClients() const;
   bool drain() const;

@@ -3,7 +3,6 @@
 #include <xcb/xcb.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <span>
@@ -11,12 +10,10 @@
 #include <utility>
 #include <vector>
 
+#include "app/allocated.h"
 #include "platform/linux/handles.h"
 
 namespace tavelle {
-
-template <typename Reply>
-using XReply = std::unique_ptr<Reply, FreeWith<std::free>>;
 
 /// A connection to the toolkit's display beside the toolkit's own: what goes wrong here, such as a question about a
 /// window that has just vanished, never reaches the toolkit's error handling. Main thread only.
@@ -50,15 +47,17 @@ class XRequest {
   XRequest(XRequest&& other) noexcept
       : connection_(std::exchange(other.connection_, nullptr)), cookie_(other.cookie_) {}
   XRequest& operator=(XRequest&&) = delete;
+  XRequest(const XRequest&) = delete;
+  XRequest& operator=(const XRequest&) = delete;
   ~XRequest() {
     if (connection_) xcb_discard_reply(connection_, cookie_.sequence);
   }
 
   /// The answer, or null when the server refuses. Blocks. Once.
-  XReply<Reply> read() {
+  AllocatedPtr<Reply> read() {
     xcb_generic_error_t* error = nullptr;
-    XReply<Reply> reply(Read(std::exchange(connection_, nullptr), cookie_, &error));
-    std::free(error);
+    AllocatedPtr<Reply> reply(Read(std::exchange(connection_, nullptr), cookie_, &error));
+    const AllocatedPtr<xcb_generic_error_t> unread(error);
     return reply;
   }
 
