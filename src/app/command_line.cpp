@@ -18,8 +18,10 @@ struct Option {
   Mode mode;
 };
 
-constexpr std::array<Option, 3> options{
-    {{"--set-still", 2, Mode::setStill}, {"--sync-spaces", 2, Mode::syncSpaces}, {"--coverage", 1, Mode::coverage}}};
+constexpr std::array<Option, 4> options{{{"--set-still", 2, Mode::setStill},
+                                         {"--delete-wallpaper", 2, Mode::deleteWallpaper},
+                                         {"--sync-spaces", 2, Mode::syncSpaces},
+                                         {"--coverage", 1, Mode::coverage}}};
 
 }  // namespace
 

@@ -12,12 +12,18 @@
 namespace tavelle {
 namespace {
 
-void showNamed(Controller& controller, const TextOrder& order, const std::string& name) {
-  if (const auto wallpaper = findNamed(controller.wallpapers(), name, order)) {
-    controller.show(*wallpaper);
-  } else {
-    controller.log("no wallpaper named " + name);
-  }
+using WallpaperAction = void (Controller::*)(const Wallpaper&);
+
+/// A command that does something to the wallpaper of a name.
+std::function<void(const std::string&)> withNamed(Controller& controller, const TextOrder& order,
+                                                  WallpaperAction action) {
+  return [&controller, &order, action](const std::string& name) {
+    if (const auto wallpaper = findNamed(controller.wallpapers(), name, order)) {
+      (controller.*action)(*wallpaper);
+    } else {
+      controller.log("no wallpaper named " + name);
+    }
+  };
 }
 
 }  // namespace
@@ -26,11 +32,10 @@ void offerCommands(const Platform& platform, Controller& controller) {
   Application& application = platform.application;
   const TextOrder& order = platform.textOrder;
   using None = std::function<void()>;
-  using Text = std::function<void(const std::string&)>;
   using Integer = std::function<void(std::int64_t)>;
   using Real = std::function<void(double)>;
-  application.offer(
-      {"show", Text([&controller, &order](const std::string& name) { showNamed(controller, order, name); })});
+  application.offer({"show", withNamed(controller, order, &Controller::show)});
+  application.offer({"delete", withNamed(controller, order, &Controller::deleteWallpaper)});
   application.offer({"show-folder", None([&] { controller.showFolder(); })});
   application.offer({"toggle-pause", None([&] { controller.togglePause(); })});
   application.offer({"frame-rate", Integer([&](std::int64_t rate) { controller.chooseFrameRate(rate); })});

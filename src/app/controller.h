@@ -52,6 +52,13 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   std::vector<Wallpaper> quickList(const std::vector<Wallpaper>& all) const;
   /// Copies each sample wallpaper into the library that was never copied before, whether or not the library is empty.
   void seedLibraryIfEmpty();
+  /// Moves the wallpaper to the trash, when the user confirms.
+  void deleteWallpaper(const Wallpaper& wallpaper);
+  /// Moves the wallpaper to the trash and shows another one in its place when it was on show. A failure is told to the
+  /// user. Whether it was moved.
+  bool trash(const Wallpaper& wallpaper);
+  /// Takes the wallpaper that was last chosen for the one on show, without showing it.
+  void takeStoredWallpaper();
   /// Opens the library folder in the file browser.
   void showFolder();
 
@@ -96,6 +103,8 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
 
   void restoreWallpaper();
   void syncSpacesAtLaunch();
+  void forget(const std::string& name);
+  void showNext();
   void buildWindow(const Screen& screen);
   std::string currentSignature() const;
   void screensChanged();

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <iostream>
+#include <memory>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -12,12 +13,15 @@
 #include "app/controller.h"
 #include "coverage/coverage_report.h"
 #include "desktop_picture/wallpaper_store.h"
+#include "library/deletion.h"
 #include "platform/application.h"
+#include "platform/files.h"
 #include "platform/linux/child_processes.h"
 #include "platform/linux/desktop_services.h"
 #include "platform/linux/glib_main_loop.h"
 #include "platform/linux/icu_text_order.h"
 #include "platform/linux/linux_files.h"
+#include "platform/linux/no_desktop.h"
 #include "platform/linux/plist_defaults.h"
 #include "platform/linux/standard_paths.h"
 #include "platform/linux/system_clock.h"
@@ -62,10 +66,57 @@ int runCoverage() {
   return 0;
 }
 
+/// All services, those that need no display beside those of a desktop.
+class Services {
+ public:
+  explicit Services(DesktopServices& desktop) : desktop_(desktop) {}
+
+  Platform platform() {
+    return {.alerts = desktop_.alerts(),
+            .application = desktop_.application(),
+            .clock = clock_,
+            .desktopPicture = desktop_.desktopPicture(),
+            .files = files_,
+            .mainLoop = mainLoop_,
+            .processes = processes_,
+            .screens = desktop_.screens(),
+            .textOrder = textOrder_,
+            .defaults = defaults_,
+            .windows = desktop_.windows(),
+            .webViews = desktop_.webViews(),
+            .windowList = desktop_.windowList(),
+            .workspace = desktop_.workspace(),
+            .processId = getpid(),
+            .home = homeFolder(),
+            .agent = privateLibraryFolder() / "WallpaperAgent",
+            .resources = resourceFolder()};
+  }
+
+ private:
+  DesktopServices& desktop_;
+  ChildProcesses processes_;
+  GLibMainLoop mainLoop_;
+  IcuTextOrder textOrder_;
+  LinuxFiles files_;
+  PlistDefaults defaults_{defaultsFile()};
+  SystemClock clock_;
+};
+
+int runDelete(const std::string& name) {
+  auto opened = hasDisplay() ? openDesktop() : Result<std::unique_ptr<DesktopServices>>(noDesktop());
+  const auto desktop = opened ? std::move(opened).value() : noDesktop();
+  Services services(*desktop);
+  const Platform platform = services.platform();
+  Controller controller(platform);
+  return deleteNamed(controller, name, platform.textOrder, std::cout);
+}
+
 int runMode(Mode mode, const std::vector<std::string>& arguments) {
   switch (mode) {
     case Mode::setStill:
       return runSetStill(arguments[1]);
+    case Mode::deleteWallpaper:
+      return runDelete(arguments[1]);
     case Mode::syncSpaces:
       return runSyncSpaces(arguments[1]);
     case Mode::coverage:
@@ -80,37 +131,13 @@ int runApplication() {
     std::cerr << "tavelle: " << desktop.error().description << '\n';
     return 1;
   }
-  ChildProcesses processes;
-  GLibMainLoop mainLoop;
-  IcuTextOrder textOrder;
-  LinuxFiles files;
-  PlistDefaults defaults(defaultsFile());
-  SystemClock clock;
-  const auto home = homeFolder();
+  Services services(**desktop);
+  const Platform platform = services.platform();
   // Where the event log lies. Other systems have this folder from the start.
-  static_cast<void>(files.createFolders(home / "Library/Logs"));
-
-  Application& application = (*desktop)->application();
-  const Platform platform{.application = application,
-                          .clock = clock,
-                          .desktopPicture = (*desktop)->desktopPicture(),
-                          .files = files,
-                          .mainLoop = mainLoop,
-                          .processes = processes,
-                          .screens = (*desktop)->screens(),
-                          .textOrder = textOrder,
-                          .defaults = defaults,
-                          .windows = (*desktop)->windows(),
-                          .webViews = (*desktop)->webViews(),
-                          .windowList = (*desktop)->windowList(),
-                          .workspace = (*desktop)->workspace(),
-                          .processId = getpid(),
-                          .home = home,
-                          .agent = privateLibraryFolder() / "WallpaperAgent",
-                          .resources = resourceFolder()};
+  static_cast<void>(platform.files.createFolders(platform.home / "Library/Logs"));
   Controller controller(platform);
   offerCommands(platform, controller);
-  return application.run(controller);
+  return platform.application.run(controller);
 }
 
 }  // namespace

@@ -12,7 +12,6 @@ namespace {
 
 constexpr std::size_t recentsKept = 30;
 constexpr std::size_t quickListLength = 3;
-constexpr auto recentsKey = "recentWallpapers";
 
 }  // namespace
 

@@ -42,6 +42,9 @@ class Files {
   /// complete: after a failure, or a crash half way, there is no half copy under that name.
   virtual Result<void> copy(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
 
+  /// Moves the file or folder to the user's trash, from where it can be put back.
+  virtual Result<void> trash(const std::filesystem::path& path) = 0;
+
   /// The whole content of a regular file. Anything else in its place is an error, never a wait.
   virtual Result<std::string> read(const std::filesystem::path& path) const = 0;
 

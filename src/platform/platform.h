@@ -6,6 +6,7 @@
 
 namespace tavelle {
 
+class Alerts;
 class Application;
 class Clock;
 class DesktopPicture;
@@ -22,6 +23,7 @@ class Workspace;
 
 /// All that the program needs from outside its process. The services outlive everything that is handed this.
 struct Platform {
+  Alerts& alerts;
   Application& application;
   Clock& clock;
   DesktopPicture& desktopPicture;

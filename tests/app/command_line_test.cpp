@@ -15,6 +15,8 @@ TEST(CommandLine, ChoosesTheModeByTheWholeFirstArgumentAndItsCount) {
        std::vector<std::pair<Arguments, std::optional<Mode>>>{{{}, std::nullopt},
                                                               {{"--set-still"}, std::nullopt},
                                                               {{"--coverage"}, Mode::coverage},
+                                                              {{"--delete-wallpaper"}, std::nullopt},
+                                                              {{"--delete-wallpaper", "a"}, Mode::deleteWallpaper},
                                                               {{"--sync-spaces"}, std::nullopt},
                                                               {{"--sync-spaces", "a.jpg"}, Mode::syncSpaces},
                                                               {{"--coverage", "--set-still", "a.jpg"}, Mode::coverage},

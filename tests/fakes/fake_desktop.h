@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/alerts.h"
 #include "platform/application.h"
 #include "platform/clock.h"
 #include "platform/desktop_picture.h"
@@ -22,6 +23,15 @@ namespace tavelle {
 struct FakeClock final : Clock {
   WallTime now() const override { return time; }
   WallTime time{};
+};
+
+struct FakeAlerts final : Alerts {
+  std::optional<std::size_t> run(const Alert& alert) override {
+    shown.push_back(alert);
+    return answer;
+  }
+  std::vector<Alert> shown;
+  std::optional<std::size_t> answer = 0;
 };
 
 struct FakeApplication final : Application {

@@ -51,6 +51,12 @@ Result<void> FakeFiles::copy(const fs::path& from, const fs::path& to) {
   return {};
 }
 
+Result<void> FakeFiles::trash(const fs::path& path) {
+  if (!exists(path) || isBroken(path)) return Error{"can't trash"};
+  remove(path);
+  return {};
+}
+
 Result<std::string> FakeFiles::read(const fs::path& path) const {
   const auto found = objects_.find(path);
   if (found == objects_.end() || found->second.folder || isBroken(path)) return Error{"can't read"};

@@ -24,7 +24,8 @@ struct FakePlatform {
   }
 
   operator Platform() {
-    return {.application = application,
+    return {.alerts = alerts,
+            .application = application,
             .clock = clock,
             .desktopPicture = desktopPicture,
             .files = files,
@@ -54,6 +55,7 @@ struct FakePlatform {
   /// Puts a wallpaper into the library.
   void addWallpaper(const std::string& name) { files.put("/home/Pictures/Wallpapers/" + name + "/index.html"); }
 
+  FakeAlerts alerts;
   FakeApplication application;
   FakeClock clock;
   FakeDesktopPicture desktopPicture;

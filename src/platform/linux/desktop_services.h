@@ -6,6 +6,7 @@
 
 namespace tavelle {
 
+class Alerts;
 class Application;
 class DesktopPicture;
 class Screens;
@@ -20,6 +21,7 @@ class DesktopServices {
  public:
   virtual ~DesktopServices() = default;
 
+  virtual Alerts& alerts() = 0;
   virtual Application& application() = 0;
   virtual DesktopPicture& desktopPicture() = 0;
   virtual Screens& screens() = 0;

@@ -81,6 +81,12 @@ Result<void> LinuxFiles::copy(const fs::path& from, const fs::path& to) {
   return result;
 }
 
+Result<void> LinuxFiles::trash(const fs::path& path) {
+  ErrorSlot error;
+  if (!g_file_trash(fileAt(path).get(), nullptr, error.out())) return Error{escapedUtf8(error.message())};
+  return {};
+}
+
 Result<std::string> LinuxFiles::read(const fs::path& path) const { return readFile(path); }
 
 Result<void> LinuxFiles::write(const fs::path& path, std::string_view bytes) { return writeAtomically(path, bytes); }

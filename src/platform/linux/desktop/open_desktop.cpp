@@ -2,6 +2,7 @@
 
 #include "platform/linux/desktop/announced_picture.h"
 #include "platform/linux/desktop/gdk_screens.h"
+#include "platform/linux/desktop/gtk_alerts.h"
 #include "platform/linux/desktop/gtk_application.h"
 #include "platform/linux/desktop/linux_workspace.h"
 #include "platform/linux/desktop/webkit_web_views.h"
@@ -23,6 +24,7 @@ class GtkDesktopServices final : public DesktopServices {
     if (!webViews_) webViews_ = std::make_unique<WebKitWebViews>();
     return *webViews_;
   }
+  Alerts& alerts() override { return alerts_; }
   DesktopPicture& desktopPicture() override { return desktopPicture_; }
   Screens& screens() override { return screens_; }
   WallpaperWindows& windows() override { return windows_; }
@@ -32,6 +34,7 @@ class GtkDesktopServices final : public DesktopServices {
  private:
   const XConnection connection_;
   std::unique_ptr<GtkApplication> application_;
+  GtkAlerts alerts_;
   GdkScreens screens_{connection_};
   X11WindowList windowList_{connection_};
   LinuxWorkspace workspace_;

@@ -1,0 +1,58 @@
+#include "platform/linux/no_desktop.h"
+
+#include <string>
+
+#include "platform/alerts.h"
+#include "platform/application.h"
+#include "platform/desktop_picture.h"
+#include "platform/screens.h"
+#include "platform/wallpaper_window.h"
+#include "platform/web_view.h"
+#include "platform/window_list.h"
+#include "platform/workspace.h"
+
+namespace tavelle {
+namespace {
+
+constexpr auto noDisplay = "there is no display";
+
+class NoDesktop final : public DesktopServices,
+                        Alerts,
+                        Application,
+                        DesktopPicture,
+                        Screens,
+                        WallpaperWindows,
+                        WebViews,
+                        WindowList,
+                        Workspace {
+ public:
+  Alerts& alerts() override { return *this; }
+  Application& application() override { return *this; }
+  DesktopPicture& desktopPicture() override { return *this; }
+  Screens& screens() override { return *this; }
+  WallpaperWindows& windows() override { return *this; }
+  WebViews& webViews() override { return *this; }
+  WindowList& windowList() override { return *this; }
+  Workspace& workspace() override { return *this; }
+
+ private:
+  std::optional<std::size_t> run(const Alert& /*alert*/) override { return std::nullopt; }
+  int run(ApplicationDelegate& /*delegate*/) override { return 1; }
+  void terminate() override {}
+  void offer(Command /*command*/) override {}
+  Result<void> set(const std::filesystem::path& /*image*/, const Screen& /*screen*/) override { return Error{noDisplay}; }
+  std::optional<std::string> current(const Screen& /*screen*/) const override { return std::nullopt; }
+  std::vector<Screen> list() const override { return {}; }
+  Registration onChange(std::function<void()> /*changed*/) override { return {}; }
+  std::unique_ptr<WallpaperWindow> make(const Screen& /*screen*/) override { return nullptr; }
+  std::unique_ptr<WebView> make(const Settings& /*settings*/, WebViewDelegate& /*delegate*/) override { return nullptr; }
+  std::optional<std::vector<WindowDescription>> onScreen() const override { return std::nullopt; }
+  void openFolder(const std::filesystem::path& /*folder*/) override {}
+  Registration onEvent(std::function<void()> /*happened*/) override { return {}; }
+};
+
+}  // namespace
+
+std::unique_ptr<DesktopServices> noDesktop() { return std::make_unique<NoDesktop>(); }
+
+}  // namespace tavelle
