@@ -27,8 +27,8 @@ class Alerts {
  public:
   virtual ~Alerts() = default;
 
-  /// Brings the alert to the front and waits for the answer: the button's index. None when it was closed in another way,
-  /// or when there is no display to show it on. The main loop runs meanwhile.
+  /// Brings the alert to the front and waits for the answer: the button's index. None when it was closed in another
+  /// way, or when there is no display to show it on. The main loop runs meanwhile.
   virtual std::optional<std::size_t> run(const Alert& alert) = 0;
 };
 

@@ -16,7 +16,8 @@ class ApplicationDelegate {
   virtual void applicationDidFinishLaunching() = 0;
 };
 
-/// Something that can be asked of the running application from outside, e.g. by a desktop entry or a script.
+/// Something that can be asked of the running application from outside, e.g. by a desktop entry or a script. Whoever
+/// asks does not wait until it is done.
 struct Command {
   std::string name;
   std::variant<std::function<void()>, std::function<void(std::int64_t)>, std::function<void(double)>,

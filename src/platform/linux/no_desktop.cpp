@@ -40,12 +40,16 @@ class NoDesktop final : public DesktopServices,
   int run(ApplicationDelegate& /*delegate*/) override { return 1; }
   void terminate() override {}
   void offer(Command /*command*/) override {}
-  Result<void> set(const std::filesystem::path& /*image*/, const Screen& /*screen*/) override { return Error{noDisplay}; }
+  Result<void> set(const std::filesystem::path& /*image*/, const Screen& /*screen*/) override {
+    return Error{noDisplay};
+  }
   std::optional<std::string> current(const Screen& /*screen*/) const override { return std::nullopt; }
   std::vector<Screen> list() const override { return {}; }
   Registration onChange(std::function<void()> /*changed*/) override { return {}; }
   std::unique_ptr<WallpaperWindow> make(const Screen& /*screen*/) override { return nullptr; }
-  std::unique_ptr<WebView> make(const Settings& /*settings*/, WebViewDelegate& /*delegate*/) override { return nullptr; }
+  std::unique_ptr<WebView> make(const Settings& /*settings*/, WebViewDelegate& /*delegate*/) override {
+    return nullptr;
+  }
   std::optional<std::vector<WindowDescription>> onScreen() const override { return std::nullopt; }
   void openFolder(const std::filesystem::path& /*folder*/) override {}
   Registration onEvent(std::function<void()> /*happened*/) override { return {}; }

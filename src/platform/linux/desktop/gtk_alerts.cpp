@@ -64,7 +64,7 @@ std::optional<std::size_t> GtkAlerts::run(const Alert& alert) {
   setUp(information);
 
   Gtk::Grid grid;
-  grid.set_border_width(18);
+  grid.set_border_width(9);
   grid.set_column_spacing(18);
   grid.set_row_spacing(9);
   grid.attach(icon, 0, 0, 1, 2);
@@ -77,6 +77,7 @@ std::optional<std::size_t> GtkAlerts::run(const Alert& alert) {
   for (std::size_t i = buttons.size(); i > 0; --i) dialog.add_button(buttons[i - 1], static_cast<int>(i - 1));
   dialog.set_default_response(0);
   atk_object_set_role(gtk_widget_get_accessible(GTK_WIDGET(dialog.gobj())), ATK_ROLE_ALERT);
+  dialog.set_border_width(9);
   dialog.set_resizable(false);
   dialog.set_position(Gtk::WIN_POS_CENTER);
   dialog.set_keep_above(true);

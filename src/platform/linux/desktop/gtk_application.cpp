@@ -1,6 +1,8 @@
 #include "platform/linux/desktop/gtk_application.h"
 
 #include <glib-unix.h>
+#include <glibmm/main.h>
+#include <gtkmm/dialog.h>
 
 #include <array>
 #include <csignal>
@@ -8,26 +10,31 @@
 namespace tavelle {
 namespace {
 
-/// Adds a command to the application's actions, by the type of its argument.
+/// Adds a command to the application's actions, by the type of its argument. What it does comes a little later: it may
+/// ask the user something, and whoever has called must not wait for that.
 struct ActionAdder {
   Gtk::Application& application;
   const std::string& name;
 
-  void operator()(const std::function<void()>& perform) const { application.add_action(name, perform); }
+  void operator()(const std::function<void()>& perform) const {
+    application.add_action(name, [perform] { Glib::signal_idle().connect_once(perform); });
+  }
 
   template <typename Argument>
   void operator()(const std::function<void(Argument)>& perform) const {
     using Value = std::decay_t<Argument>;
     application.add_action_with_parameter(
         name, Glib::Variant<Value>::variant_type(), [perform](const Glib::VariantBase& argument) {
-          perform(Glib::VariantBase::cast_dynamic<Glib::Variant<Value>>(argument).get());
+          const auto value = Glib::VariantBase::cast_dynamic<Glib::Variant<Value>>(argument).get();
+          Glib::signal_idle().connect_once([perform, value] { perform(value); });
         });
   }
 
   void operator()(const std::function<void(const std::string&)>& perform) const {
     application.add_action_with_parameter(
         name, Glib::Variant<Glib::ustring>::variant_type(), [perform](const Glib::VariantBase& argument) {
-          perform(Glib::VariantBase::cast_dynamic<Glib::Variant<Glib::ustring>>(argument).get().raw());
+          const auto value = Glib::VariantBase::cast_dynamic<Glib::Variant<Glib::ustring>>(argument).get().raw();
+          Glib::signal_idle().connect_once([perform, value] { perform(value); });
         });
   }
 };
@@ -55,7 +62,13 @@ void GtkApplication::activate(ApplicationDelegate& delegate) {
   delegate.applicationDidFinishLaunching();
 }
 
-void GtkApplication::terminate() { application_->quit(); }
+void GtkApplication::terminate() {
+  // A dialog that waits for its answer would keep the process.
+  for (Gtk::Window* const window : Gtk::Window::list_toplevels()) {
+    if (auto* const dialog = dynamic_cast<Gtk::Dialog*>(window)) dialog->response(Gtk::RESPONSE_DELETE_EVENT);
+  }
+  application_->quit();
+}
 
 void GtkApplication::offer(Command command) {
   std::visit(ActionAdder{*application_.operator->(), command.name}, command.perform);

@@ -1,0 +1,117 @@
+"""Taking wallpapers out: the question, the trash, and the way back."""
+
+import subprocess
+import urllib.parse
+
+import pytest
+from session import X, color_page, wait_until
+from gi.repository import GLib
+from Xlib import XK
+from Xlib.error import BadWindow
+from Xlib.ext import xtest
+
+
+def trashed(tavelle):
+    """What lies in the trash, with the place that it came from."""
+    found = {}
+    for note in (tavelle.home / ".local/share/Trash/info").glob("*.trashinfo"):
+        path = next(line[5:] for line in note.read_text().splitlines() if line.startswith("Path="))
+        found[urllib.parse.unquote(path)] = tavelle.home / ".local/share/Trash/files" / note.stem
+    return found
+
+
+def press(view, key):
+    code = view.display.keysym_to_keycode(key)
+    for happening in (X.KeyPress, X.KeyRelease):
+        xtest.fake_input(view.display, happening, code)
+    view.display.sync()
+
+
+def dialog(view):
+    for window in view.windows():
+        try:
+            if window.get_wm_name() == "Tavelle" and window.get_attributes().map_state == X.IsViewable:
+                return window
+        except BadWindow:
+            pass
+    return None
+
+
+def wait_for_dialog(view):
+    window = wait_until(lambda: dialog(view), 20, "the dialog")
+    wait_until(lambda: view.property(view.root, "_NET_ACTIVE_WINDOW") == [window.id], 20, "the dialog to have the focus")
+    return window
+
+
+def test_the_question_is_answered_by_keyboard(tavelle, view, desktop):
+    still = tavelle.play(color_page("#008000")) / "still.png"
+    subprocess.run(["convert", "-size", "320x180", "xc:red", still], check=True)
+    tavelle.add("Next", color_page("#000080"))
+    tavelle.act("delete", GLib.Variant("s", "Own"))
+    window = wait_for_dialog(view)
+    place = view.place(window)
+    # The still is the icon, 64 by 36, above the wallpaper.
+    wait_until(lambda: view.pixels(*place).count(0xFF0000) == 64 * 36, 20, "the icon")
+    press(view, XK.XK_Escape)
+    wait_until(lambda: not dialog(view), 20, "the dialog to go")
+    assert (tavelle.library / "Own").exists() and not trashed(tavelle)
+
+    tavelle.act("delete", GLib.Variant("s", "Own"))
+    wait_for_dialog(view)
+    press(view, XK.XK_Return)
+    tavelle.wait("deleted Own")
+    tavelle.wait("showing Next")
+    assert tavelle.stored() | {"seededWallpapers": []} == {
+        "seededWallpapers": [], "wallpaper": "Next", "recentWallpapers": ["Next"]}
+    for place in [(0, 0, 1280, 720), (1280, 0, 1280, 720)]:
+        wait_until(lambda: view.colors(*place) == {0x000080}, 20, "the next wallpaper")
+    # And back again.
+    trashed(tavelle)[str(tavelle.library / "Own")].rename(tavelle.library / "Own")
+    tavelle.show("Own")
+    tavelle.wait("showing Own")
+
+
+def test_a_question_does_not_keep_the_program(tavelle, view):
+    tavelle.play(color_page("#008000"))
+    tavelle.act("delete", GLib.Variant("s", "Own"))
+    wait_for_dialog(view)
+    assert tavelle.stop() == 0
+    assert (tavelle.library / "Own").exists()
+
+
+@pytest.mark.parametrize("display", [True, False])
+def test_by_name_from_the_command_line(tavelle, display):
+    environment = {} if display else {"DISPLAY": ""}
+    for name in ("Waves", "Dunes"):
+        tavelle.add(name, color_page("#000"))
+    tavelle.store(wallpaper="Waves", recentWallpapers=["Waves"])
+    for name, status, out in [("waves", 1, "no wallpaper named waves\n"), ("Waves", 0, "deleted Waves\n"),
+                              ("Waves", 1, "no wallpaper named Waves\n"), ("Dunes", 0, "deleted Dunes\n")]:
+        done = tavelle.run("--delete-wallpaper", name, **environment)
+        assert (done.returncode, done.stdout) == (status, out)
+    assert set(trashed(tavelle)) == {str(tavelle.library / name) for name in ("Waves", "Dunes")}
+    assert tavelle.stored()["recentWallpapers"] == [] and "wallpaper" not in tavelle.stored()
+
+
+def test_what_cannot_be_moved_stays(tavelle, tmp_path_factory):
+    # A library on another file system, whose own trash the system refuses.
+    elsewhere = tmp_path_factory.mktemp("elsewhere")
+    if subprocess.run(["mount", "-t", "tmpfs", "none", elsewhere], check=False, capture_output=True).returncode == 0:
+        mounted = elsewhere
+    else:  # not allowed here: then a file in the place of the trash
+        mounted = None
+        (tavelle.home / ".local/share").mkdir(parents=True)
+        (tavelle.home / ".local/share/Trash").write_text("in the way")
+    try:
+        tavelle.library.parent.mkdir(parents=True)
+        if mounted:
+            tavelle.library.symlink_to(elsewhere)
+        tavelle.add("Waves", color_page("#000"))
+        (tavelle.home / "Library/Logs").mkdir(parents=True)
+        done = tavelle.run("--delete-wallpaper", "Waves", DISPLAY="")
+        assert (done.returncode, done.stdout) == (0, "failed\n")
+        assert tavelle.found("couldn't delete Waves: .+")
+        assert (tavelle.library / "Waves/index.html").exists()
+    finally:
+        if mounted:
+            subprocess.run(["umount", mounted], check=True)
