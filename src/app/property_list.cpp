@@ -1,5 +1,7 @@
 #include "app/property_list.h"
 
+#include <locale.h>
+
 #include <chrono>
 #include <cstdint>
 #include <cstdlib>
@@ -14,11 +16,29 @@ struct FreeAllocated {
   void operator()(void* allocated) const { std::free(allocated); }
 };
 
+/// While it lives, the thread's numbers have a decimal point, as a property list's must. The library reads and writes
+/// them in the locale, and would end one at the point where the user's has a comma.
+class PointDecimals {
+ public:
+  PointDecimals() : before_(uselocale(plain())) {}
+  PointDecimals(const PointDecimals&) = delete;
+  PointDecimals& operator=(const PointDecimals&) = delete;
+  ~PointDecimals() { uselocale(before_); }
+
+ private:
+  static locale_t plain() {
+    static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
+    return locale;
+  }
+  locale_t before_;
+};
+
 using Write = void (*)(plist_t, char**, std::uint32_t*);
 
 Result<std::string> written(plist_t node, Write write) {
   char* bytes = nullptr;
   std::uint32_t length = 0;
+  const PointDecimals decimals;
   write(node, &bytes, &length);
   const std::unique_ptr<char, FreeAllocated> owned(bytes);
   if (!owned || length == 0) return Error{"a value has no form in a property list"};
@@ -30,6 +50,7 @@ Result<std::string> written(plist_t node, Write write) {
 PlistPtr parsedPlist(std::string_view bytes) {
   if (!isReasonablePlist(bytes)) return nullptr;
   plist_t parsed = nullptr;
+  const PointDecimals decimals;
   plist_from_memory(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &parsed);
   return PlistPtr(parsed);
 }
