@@ -5,6 +5,8 @@
 #include <optional>
 #include <vector>
 
+#include "app/text.h"
+
 namespace tavelle {
 namespace {
 
@@ -15,14 +17,46 @@ constexpr std::uint64_t mostMemory = 256 << 20;
 /// What a node costs besides its text.
 constexpr std::uint64_t nodeMemory = 64;
 
-/// An XML list's depth is counted by its tags, wherever they stand.
-bool isShallowXml(std::string_view bytes) {
+/// Bytes that may be moved to put characters in the place of their names; each name moves what follows it.
+constexpr std::uint64_t mostMoved = std::uint64_t{1} << 36;
+
+/// What begins with the "<" in front: a comment, marked-up text or a tag; all that is left when it has no end.
+std::string_view markupIn(std::string_view bytes) {
+  const auto upTo = [bytes](std::string_view end, std::size_t from) {
+    const std::size_t found = bytes.find(end, from);
+    return found == std::string_view::npos ? bytes : bytes.substr(0, found + end.size());
+  };
+  constexpr std::string_view comment = "<!--";
+  constexpr std::string_view literal = "<![CDATA[";
+  if (bytes.starts_with(comment)) return upTo("-->", comment.size());
+  if (bytes.starts_with(literal)) return upTo("]]>", literal.size());
+  return upTo(">", 0);
+}
+
+/// Whether a tag ends where it seems to, and not later: the library reads on over what is in quotes, in an instruction
+/// or in declarations of the list's own, and could be shown other tags than are counted here.
+bool isPlainTag(std::string_view tag) {
+  return tag.find('<', 1) == std::string_view::npos && std::count(tag.begin(), tag.end(), '"') % 2 == 0 &&
+         (!tag.starts_with("<?") || tag.ends_with("?>")) &&
+         (!tag.starts_with("<!") || tag.find('[') == std::string_view::npos);
+}
+
+bool isReasonableXml(std::string_view bytes) {
+  if (!isUtf8(bytes)) return false;
   std::size_t depth = 0;
-  for (std::size_t i = bytes.find('<'); i != std::string_view::npos; i = bytes.find('<', i + 1)) {
-    const std::string_view tag = bytes.substr(i + 1, 6);
-    if (tag.starts_with("array") || tag.starts_with("dict")) {
-      if (++depth > deepestNesting) return false;
-    } else if (depth > 0 && (tag.starts_with("/array") || tag.starts_with("/dict"))) {
+  std::uint64_t moved = 0;
+  while (!bytes.empty()) {
+    const std::string_view text = bytes.substr(0, bytes.find('<'));
+    moved += text.size() * static_cast<std::uint64_t>(std::count(text.begin(), text.end(), '&'));
+    if (moved > mostMoved) return false;
+    bytes.remove_prefix(text.size());
+    const std::string_view markup = markupIn(bytes);
+    bytes.remove_prefix(markup.size());
+    if (markup.starts_with("<!--") || markup.starts_with("<![")) continue;
+    if (!isPlainTag(markup)) return false;
+    if (markup.starts_with("<array") || markup.starts_with("<dict")) {
+      if (!markup.ends_with("/>") && ++depth > deepestNesting) return false;
+    } else if (depth > 0 && (markup.starts_with("</array") || markup.starts_with("</dict"))) {
       --depth;
     }
   }
@@ -64,6 +98,22 @@ class BinaryList {
     return value;
   }
 
+  bool isAscii(std::uint64_t at, std::uint64_t count) const {
+    const std::string_view text = bytes_.substr(std::min<std::uint64_t>(at, bytes_.size()), count);
+    return std::all_of(text.begin(), text.end(), [](char byte) { return static_cast<signed char>(byte) > 0; });
+  }
+
+  /// Whether every first half of a pair is before a second half, and every second half behind a first one.
+  bool isUtf16(std::uint64_t at, std::uint64_t count) const {
+    bool within = false;
+    for (std::uint64_t i = 0; i < count; ++i) {
+      const std::uint64_t kind = number(at + 2 * i, 2).value_or(0) >> 10;
+      if ((kind == 0xDC00 >> 10) != within) return false;
+      within = kind == 0xD800 >> 10;
+    }
+    return !within;
+  }
+
   /// Where an object begins.
   std::optional<std::uint64_t> placeOf(std::uint64_t object) const {
     if (object >= sizes_.size() || table_ > bytes_.size()) return std::nullopt;
@@ -102,6 +152,7 @@ class BinaryList {
       content += 1 + countSize;
     }
     size.memory += 2 * count;
+    if ((kind == 5 && !isAscii(content, count)) || (kind == 6 && !isUtf16(content, count))) return std::nullopt;
     const bool dictionary = kind == 0xD;
     if (!dictionary && kind != 0xA && kind != 0xC) return size;
     for (std::uint64_t i = 0; i < count * (dictionary ? 2 : 1); ++i) {
@@ -126,7 +177,7 @@ class BinaryList {
 
 bool isReasonablePlist(std::string_view bytes) {
   if (bytes.size() > longestList) return false;
-  return bytes.starts_with("bplist") ? BinaryList(bytes).isReasonable() : isShallowXml(bytes);
+  return bytes.starts_with("bplist") ? BinaryList(bytes).isReasonable() : isReasonableXml(bytes);
 }
 
 }  // namespace tavelle
