@@ -112,6 +112,9 @@ Result<void> replaceStore(const StoreServices& services, plist_t root) {
   if (!services.files.exists(backup)) static_cast<void>(services.files.copy(services.store, backup));
   const auto bytes = binaryPlist(root);
   if (!bytes) return bytes.error();
+  // A content that is copied to a deeper place may nest too deeply there, and the library can write what it could not
+  // read. A store that nobody can read is worse than one that shows another picture.
+  if (!parsedDictionary(*bytes)) return Error{"the store has something in it that can't be written"};
   return services.files.write(services.store, *bytes);
 }
 
