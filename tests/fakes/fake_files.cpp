@@ -79,10 +79,12 @@ Result<void> FakeFiles::append(const fs::path& path, std::string_view bytes) {
 
 void FakeFiles::put(const fs::path& path, std::string content) {
   const auto unbroken = std::exchange(broken, {});
+  const auto writable = std::exchange(full, {});
   static_cast<void>(createFolders(path.parent_path()));
   objects_.erase(path);
   static_cast<void>(append(path, content));
   broken = unbroken;
+  full = writable;
 }
 
 void FakeFiles::remove(const fs::path& path) {
@@ -97,7 +99,7 @@ std::optional<std::string> FakeFiles::content(const fs::path& path) const {
 Result<void> FakeFiles::make(const fs::path& path, Object object) {
   const auto parent = objects_.find(path.parent_path());
   if (parent == objects_.end() || !parent->second.folder) return Error{"no such folder"};
-  if (isBroken(path)) return Error{"disk full"};
+  if (isBroken(path) || full.contains(path)) return Error{"disk full"};
   object.created = now_ += std::chrono::seconds(1);
   objects_.insert_or_assign(path, std::move(object));
   return {};

@@ -29,6 +29,8 @@ class FakeFiles final : public Files {
 
   /// Objects that nothing can be written to or below.
   std::set<std::filesystem::path> broken;
+  /// Objects that can be read but not written.
+  std::set<std::filesystem::path> full;
   /// Objects whose creation time the file system does not report.
   std::set<std::filesystem::path> undated;
 

@@ -1,0 +1,111 @@
+#include <gtest/gtest.h>
+
+#include "app/controller.h"
+#include "desktop_picture/wallpaper_store.h"
+#include "fakes/fake_platform.h"
+
+namespace tavelle {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+/// A store with one entry that shows nothing yet. Whoever owns the agent may put it back when the agent restarts.
+struct ScheduledSync : testing::Test {
+  ScheduledSync() { putBack(); }
+  void putBack() { platform.files.put(store, "<plist><dict><key>SystemDefault</key><dict/></dict></plist>"); }
+  void keepPuttingBack() {
+    platform.processes.onRun = [this] { putBack(); };
+  }
+
+  /// How often the agent has been restarted after each of these moments, from now on in seconds.
+  void expectRestarts(const std::vector<std::pair<double, std::size_t>>& moments) {
+    double time = 0;
+    for (const auto& [moment, restarts] : moments) {
+      platform.mainLoop.turn(moment - time);
+      time = moment;
+      EXPECT_EQ(platform.processes.ran.size(), restarts) << "after " << moment << " s";
+    }
+  }
+  Lines synced(const std::string& line) const {
+    Lines found;
+    for (const auto& each : platform.log()) {
+      if (each.starts_with(line)) found.push_back(each);
+    }
+    return found;
+  }
+
+  FakePlatform platform;
+  std::unique_ptr<Controller> controller = std::make_unique<Controller>(platform);
+  const std::filesystem::path store = wallpaperStore("/home");
+};
+
+TEST_F(ScheduledSync, NewestRequestReplacesTheOneThatWaits) {
+  controller->scheduleSpacesSync("/a.jpg");
+  platform.mainLoop.turn(0.5);
+  controller->scheduleSpacesSync("/b.jpg");
+  expectRestarts({{1.49, 0}, {1.51, 1}});
+  EXPECT_EQ(platform.log(), Lines{"desktops: every Space now shows b.jpg"});
+  // The second look at this one waits now, and is replaced as well.
+  putBack();
+  platform.mainLoop.turn(1);
+  controller->scheduleSpacesSync("/c.jpg");
+  expectRestarts({{1.49, 1}, {1.51, 2}, {60, 2}});
+  EXPECT_EQ(platform.log().back(), "desktops: every Space now shows c.jpg");
+}
+
+TEST_F(ScheduledSync, LooksAgainTwoSecondsAfterAChangeAsOftenAsAllowed) {
+  struct Case {
+    int retries;
+    std::vector<std::pair<double, std::size_t>> moments;
+  };
+  for (const auto& [retries, moments] :
+       std::initializer_list<Case>{{0, {{1.01, 1}, {60, 1}}},
+                                   {1, {{0.99, 0}, {1.01, 1}, {2.99, 1}, {3.01, 2}, {60, 2}}},
+                                   {2, {{1.01, 1}, {3.01, 2}, {4.99, 2}, {5.01, 3}, {60, 3}}}}) {
+    putBack();
+    keepPuttingBack();
+    platform.processes.ran.clear();
+    controller->scheduleSpacesSync("/still.jpg", 1, retries);
+    expectRestarts(moments);
+  }
+}
+
+TEST_F(ScheduledSync, StopsAtAPassThatChangesNothing) {
+  controller->scheduleSpacesSync("/still.jpg", 1, 3);
+  // The second pass finds all well; a third would see this.
+  expectRestarts({{3.5, 1}});
+  putBack();
+  expectRestarts({{60, 1}});
+
+  platform.files.remove(store);
+  controller->scheduleSpacesSync("/still.jpg", 1, 3);
+  platform.mainLoop.turn(1.5);
+  EXPECT_EQ(platform.log().back(), "desktops: couldn't read the wallpaper store");
+  putBack();
+  expectRestarts({{60, 1}});
+}
+
+TEST_F(ScheduledSync, GoesWithItsController) {
+  controller->scheduleSpacesSync("/still.jpg");
+  controller.reset();
+  expectRestarts({{60, 0}});
+}
+
+TEST_F(ScheduledSync, LaunchWaitsLongerThanAChoice) {
+  platform.addWallpaper("Waves");
+  platform.files.put("/home/Pictures/Wallpapers/Waves/still.jpg");
+  keepPuttingBack();
+  controller->applicationDidFinishLaunching();
+  expectRestarts({{1.99, 0}, {2.01, 1}, {3.99, 1}, {4.01, 2}, {60, 2}});
+  controller->show(*controller->current());
+  expectRestarts({{1.49, 2}, {1.51, 3}, {3.49, 3}, {3.51, 4}, {60, 4}});
+  EXPECT_EQ(synced("desktops: "), Lines(4, "desktops: every Space now shows still.jpg"));
+
+  // One without a still leaves the store as it is.
+  platform.addWallpaper("Plain");
+  controller->show({{controller->library() / "Plain"}});
+  expectRestarts({{60, 4}});
+}
+
+}  // namespace
+}  // namespace tavelle
