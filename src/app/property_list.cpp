@@ -16,8 +16,8 @@ struct FreeAllocated {
   void operator()(void* allocated) const { std::free(allocated); }
 };
 
-/// While it lives, the thread's numbers have a decimal point, as a property list's must. The library reads and writes
-/// them in the locale, and would end one at the point where the user's has a comma.
+/// While it lives, the thread's numbers have a decimal point, as a property list's must. The library reads them in the
+/// locale, and would end one at the point where the user's has a comma.
 class PointDecimals {
  public:
   PointDecimals() : before_(uselocale(plain())) {}
@@ -38,7 +38,6 @@ using Write = void (*)(plist_t, char**, std::uint32_t*);
 Result<std::string> written(plist_t node, Write write) {
   char* bytes = nullptr;
   std::uint32_t length = 0;
-  const PointDecimals decimals;
   write(node, &bytes, &length);
   const std::unique_ptr<char, FreeAllocated> owned(bytes);
   if (!owned || length == 0) return Error{"a value has no form in a property list"};
