@@ -42,7 +42,7 @@ bool isPlainTag(std::string_view tag) {
 }
 
 bool isReasonableXml(std::string_view bytes) {
-  if (!isUtf8(bytes)) return false;
+  if (!isUtf8(bytes) || bytes.find('\0') != std::string_view::npos) return false;
   std::size_t depth = 0;
   std::uint64_t moved = 0;
   while (!bytes.empty()) {
@@ -103,12 +103,14 @@ class BinaryList {
     return std::all_of(text.begin(), text.end(), [](char byte) { return static_cast<signed char>(byte) > 0; });
   }
 
-  /// Whether every first half of a pair is before a second half, and every second half behind a first one.
+  /// Whether every first half of a pair is before a second half, and every second half behind a first one; and no
+  /// character is 0, behind which the library forgets how little it has copied.
   bool isUtf16(std::uint64_t at, std::uint64_t count) const {
     bool within = false;
     for (std::uint64_t i = 0; i < count; ++i) {
-      const std::uint64_t kind = number(at + 2 * i, 2).value_or(0) >> 10;
-      if ((kind == 0xDC00 >> 10) != within) return false;
+      const std::uint64_t character = number(at + 2 * i, 2).value_or(0);
+      const std::uint64_t kind = character >> 10;
+      if (character == 0 || (kind == 0xDC00 >> 10) != within) return false;
       within = kind == 0xD800 >> 10;
     }
     return !within;
