@@ -1,11 +1,16 @@
 #include "desktop_picture/wallpaper_store.h"
 
 #include <gtest/gtest.h>
+#include <locale.h>
+#include <stdlib.h>
+
+#include <fstream>
 
 #include "desktop_picture/store_fuzz.h"
 #include "desktop_picture/store_values.h"
 #include "fakes/fake_desktop.h"
 #include "fakes/fake_files.h"
+#include "fakes/temporary_folder.h"
 
 namespace tavelle {
 namespace {
@@ -169,6 +174,28 @@ TEST(StoreRewrite, KeepsEveryTypeOfValue) {
   }
 }
 
+TEST(StoreRewrite, ReadsDecimalsWithAPointWhereTheUsersHaveAComma) {
+  using namespace std::string_literals;
+  // A locale that differs in this only: the point, the sign between thousands, their grouping, both signs once more
+  // as wide characters, the character set.
+  const TemporaryFolder locales;
+  std::filesystem::create_directory(locales.path() / "comma");
+  std::ofstream(locales.path() / "comma/LC_NUMERIC", std::ios::binary)
+      << "\x14\x11\x03\x20\x06\0\0\0\x20\0\0\0\x22\0\0\0\x23\0\0\0\x24\0\0\0\x28\0\0\0\x2C\0\0\0"s
+      << ",\0\0\0,\0\0\0\0\0\0\0UTF-8\0"s;
+  setenv("LOCPATH", locales.path().c_str(), 1);
+  const bool comma = setlocale(LC_NUMERIC, "comma") != nullptr && localeconv()->decimal_point == ","s;
+  double read = 0;
+  const PlistPtr list = parsedPlist(xml("<real>3.25</real>"));
+  if (list) plist_get_real_val(list.get(), &read);
+  const std::string written = xmlPlist(PlistPtr(plist_new_real(3.25)).get()).value();
+  setlocale(LC_NUMERIC, "C");
+  unsetenv("LOCPATH");
+  EXPECT_TRUE(comma);
+  EXPECT_EQ(read, 3.25);
+  EXPECT_NE(written.find("<real>3.25</real>"), std::string::npos) << written;
+}
+
 // --- What the library alone could not bear
 
 TEST(PlistGuard, RefusesWhatWouldHarmAndNothingElse) {
@@ -180,7 +207,7 @@ TEST(PlistGuard, RefusesWhatWouldHarmAndNothingElse) {
     return binaryTable(arrays);
   };
   std::vector<std::string> doubling;
-  for (int i = 1; i < 60; ++i) {
+  for (int i = 1; i < 24; ++i) {
     const std::string next = bigEndian(static_cast<std::uint64_t>(i), 2);
     doubling.push_back("\xA2" + next + next);
   }
@@ -226,6 +253,8 @@ TEST(PlistGuard, RefusesWhatWouldHarmAndNothingElse) {
             binaryTable({"\x53"
                          "a\0b"s}),
             false},
+           {"wide text with a zero", binaryTable({"\x62\0\0\0a"s}), false},
+           {"half a pair at the end", binaryTable({"\x61\xD8\x3D"s}), false},
            {"half a pair", binaryTable({"\x62\xD8\x3D\0a"s}), false},
            {"pair the wrong way round", binaryTable({"\x62\xDE\0\xD8\x3D"s}), false},
 
@@ -237,16 +266,19 @@ TEST(PlistGuard, RefusesWhatWouldHarmAndNothingElse) {
            {"many empty ones, none in another", array(repeated("<array/><dict/><array></array>", 2000)), true},
            {"closed in comments", deep("<array><!--</array>-->", "</array>"), false},
            {"closed in quotes", deep("<array a=\"</array>\">", "</array>"), false},
+           {"closed behind a sign in quotes", deep("<array a=\"></array>\">", "</array>"), false},
+           {"closed behind a sign in declarations", deep("<array><!DOCTYPE a [ > </array> ]>", "</array>"), false},
            {"closed in instructions", deep("<array><?x </array> ?>", "</array>"), false},
            {"closed behind a sign in an instruction", deep("<array><?x > </array> ?>", "</array>"), false},
            {"closed in quotes of an instruction", deep("<array><?x \"?>\"</array>\" ?>", "</array>"), false},
-           {"closed in a text", array(repeated("<string><![CDATA[</array>]]></string><array>", 600)), false},
+           {"closed in a text", deep("<array><string><![CDATA[></array>]]></string>", "</array>"), false},
            {"closed in declarations", "<!DOCTYPE plist [<!ENTITY a '</array>'>]>" + array(""), false},
            {"opened in a comment", array("<!-- " + repeated("<array>", 600) + "-->"), true},
            {"usual head", "<?xml version='1.0'?><!DOCTYPE plist PUBLIC \"-//A//B\" \"http://a/b.dtd\">" + array(""),
             true},
            {"names of characters", xml("<string>" + repeated("&amp;", 1000) + "</string>"), true},
            {"endless names of characters", xml("<string>" + repeated("&amp;", 1'000'000) + "</string>"), false},
+           {"zero in XML", xml("<string>a\0b</string>"s), false},
            {"no UTF-8",
             xml("<string>\xE0"
                 "a</string>"),
