@@ -12,6 +12,8 @@ namespace tavelle {
 namespace {
 
 constexpr auto imageProvider = "com.apple.wallpaper.choice.image";
+/// What all the records put into one store may take, as XML; a big store takes some megabytes.
+constexpr std::size_t mostCopied = 64 << 20;
 constexpr auto unreadable = "desktops: couldn't read the wallpaper store";
 
 PlistPtr plistString(const std::string& text) { return PlistPtr(plist_new_string(text.c_str())); }
@@ -66,7 +68,8 @@ void removeAllItems(plist_t dictionary) {
 /// Goes through a store and makes its entries show one image.
 class Rewriter {
  public:
-  Rewriter(const std::string& imageAddress, plist_t record) : imageAddress_(imageAddress), record_(record) {}
+  Rewriter(const std::string& imageAddress, plist_t record, std::size_t mostEntries)
+      : imageAddress_(imageAddress), record_(record), mostEntries_(mostEntries) {}
 
   void rewrite(plist_t root) {
     fill(plistItem(root, "SystemDefault", PLIST_DICT));
@@ -78,7 +81,9 @@ class Rewriter {
     }
   }
 
-  bool changed() const { return changed_; }
+  bool changed() const { return entries_ > 0; }
+  /// Whether there were more entries to change than may be.
+  bool gaveUp() const { return entries_ > mostEntries_; }
 
  private:
   void fillDisplays(plist_t holder) {
@@ -87,7 +92,7 @@ class Rewriter {
 
   void fill(plist_t entry) {
     if (!ofType(entry, PLIST_DICT) || showsImage(entry, imageAddress_)) return;
-    changed_ = true;
+    if (++entries_ > mostEntries_) return;
     if (plistText(plistItem(entry, "Type", PLIST_STRING)) == "linked") unlink(entry);
     setPlistItem(entry, "Type", plistString("individual"));
     setPlistItem(entry, "Desktop", copyOf(record_));
@@ -103,7 +108,8 @@ class Rewriter {
 
   const std::string& imageAddress_;
   plist_t record_;
-  bool changed_ = false;
+  std::size_t mostEntries_;
+  std::size_t entries_ = 0;
 };
 
 Result<void> replaceStore(const StoreServices& services, plist_t root) {
@@ -161,8 +167,11 @@ Result<bool> rewriteStore(plist_t root, const std::string& imageAddress, WallTim
   plist_t content = plistItem(firstDesktop(root), "Content", PLIST_DICT);
   const auto record = desktopRecord(imageAddress, content, now);
   if (!record) return record.error();
-  Rewriter rewriter(imageAddress, record->get());
+  const auto text = xmlPlist(record->get());
+  if (!text) return text.error();
+  Rewriter rewriter(imageAddress, record->get(), mostCopied / text->size());
   rewriter.rewrite(root);
+  if (rewriter.gaveUp()) return Error{"the store would become too big"};
   return rewriter.changed();
 }
 

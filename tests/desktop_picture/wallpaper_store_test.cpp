@@ -377,6 +377,16 @@ TEST_F(StoreSync, LeavesTheStoreAloneWhenItCannotGoOn) {
     EXPECT_EQ(lines, Lines{}) << entries;
     EXPECT_EQ(files.content(store), dict(entries));
   }
+  // A few hundred kilobytes that ask for hundreds of megabytes.
+  std::string entries;
+  for (int i = 0; i < 2000; ++i) entries += "<key>" + std::to_string(i) + "</key><dict/>";
+  const std::string greedy =
+      dict("<key>Desktop</key><dict><key>Content</key><dict><key>a</key><string>" + std::string(100'000, 'a') +
+           "</string></dict></dict><key>Displays</key><dict>" + entries + "</dict>");
+  files.put(store, greedy);
+  EXPECT_FALSE(sync());
+  EXPECT_EQ(lines, unreadable);
+  EXPECT_EQ(files.content(store), greedy);
   // Once copied two levels deeper, the content could not be read any more.
   const std::string deep =
       dict("<key>Desktop</key><dict><key>Content</key><dict><key>a</key>" + repeated("<array>", 508) +
