@@ -16,6 +16,9 @@ constexpr std::size_t deepestNesting = 512;
 constexpr std::uint64_t mostMemory = 256 << 20;
 /// What a node costs besides its text.
 constexpr std::uint64_t nodeMemory = 64;
+/// Nodes that a binary list may unfold to for each of its bytes. Programs share texts among what refers to them, but
+/// hardly ever whole dictionaries.
+constexpr std::uint64_t mostNodesPerByte = 32;
 
 /// Bytes that may be moved to put characters in the place of their names; each name moves what follows it.
 constexpr std::uint64_t mostMoved = std::uint64_t{1} << 36;
@@ -88,6 +91,7 @@ class BinaryList {
     enum class State { unknown, underway, known };
     State state = State::unknown;
     std::uint64_t memory = 0;
+    std::uint64_t nodes = 0;
     std::size_t height = 0;
   };
 
@@ -139,7 +143,7 @@ class BinaryList {
     const auto place = placeOf(object);
     const auto marker = place ? number(*place, 1) : std::nullopt;
     if (!marker) return std::nullopt;
-    Size size{Size::State::known, nodeMemory, 1};
+    Size size{Size::State::known, nodeMemory, 1, 1};
     const std::uint64_t kind = *marker >> 4;
     if (kind < 4) return size;
     std::uint64_t count = *marker & 15;
@@ -162,8 +166,9 @@ class BinaryList {
       const auto element = reference ? measure(*reference, depth + 1) : std::nullopt;
       if (!element) return std::nullopt;
       size.memory += element->memory;
+      size.nodes += element->nodes;
       size.height = std::max(size.height, element->height + 1);
-      if (size.memory > mostMemory) return std::nullopt;
+      if (size.memory > mostMemory || size.nodes > mostNodesPerByte * bytes_.size()) return std::nullopt;
     }
     return size;
   }

@@ -1,8 +1,7 @@
 #include "app/property_list.h"
 
-#include <locale.h>
-
 #include <chrono>
+#include <clocale>
 #include <cstdint>
 #include <cstdlib>
 

@@ -21,7 +21,8 @@ struct FreePlist {
 using PlistPtr = std::unique_ptr<void, FreePlist>;
 
 /// The property list that `bytes` hold, as XML or in the binary form. None when they hold none, or one that no program
-/// would write: nested deeper than 512 levels, or so entangled that it takes over 256 MB to unfold.
+/// would write: nested deeper than 512 levels, so entangled that it unfolds to over 256 MB or 32 values for each byte,
+/// or with texts that are none.
 PlistPtr parsedPlist(std::string_view bytes);
 
 /// The same, when it is a dictionary.

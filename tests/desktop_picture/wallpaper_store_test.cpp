@@ -207,11 +207,15 @@ TEST(PlistGuard, RefusesWhatWouldHarmAndNothingElse) {
     return binaryTable(arrays);
   };
   std::vector<std::string> doubling;
-  for (int i = 1; i < 24; ++i) {
+  for (int i = 1; i < 16; ++i) {
     const std::string next = bigEndian(static_cast<std::uint64_t>(i), 2);
     doubling.push_back("\xA2" + next + next);
   }
   doubling.emplace_back("\x09");
+  const std::string thousand = "\xAF\x11" + bigEndian(1000, 2) + repeated(bigEndian(1, 2), 1000);
+  const auto bigText = [](std::uint64_t length) {
+    return "\x5F\x12" + bigEndian(length, 4) + std::string(length, 'a');
+  };
   const std::string sound = binaryTable({"\xD1\0\1\0\2"s, "\x51k", "\x51v"});
   const auto trailer = [&](std::size_t fromEnd, const std::string& bytes) {
     return std::string(sound).replace(sound.size() - fromEnd, bytes.size(), bytes);
@@ -231,6 +235,8 @@ TEST(PlistGuard, RefusesWhatWouldHarmAndNothingElse) {
            {"513 levels, binary", nested(513), false},
            {"65000 levels, binary", nested(65'000), false},
            {"each level twice the one below", binaryTable(doubling), false},
+           {"a big text a thousand times", binaryTable({thousand, bigText(10'000)}), true},
+           {"a huge text a thousand times", binaryTable({thousand, bigText(200'000)}), false},
            {"an array in itself", binaryTable({"\xA1\0\0"s}), false},
            {"two arrays in each other", binaryTable({"\xA1\0\1"s, "\xA1\0\0"s}), false},
            {"a reference to nothing", binaryTable({"\xA1\0\7"s}), false},
