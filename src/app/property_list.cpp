@@ -3,17 +3,12 @@
 #include <chrono>
 #include <clocale>
 #include <cstdint>
-#include <cstdlib>
 
+#include "app/allocated.h"
 #include "app/plist_guard.h"
 
 namespace tavelle {
 namespace {
-
-/// What the library has allocated for its caller.
-struct FreeAllocated {
-  void operator()(void* allocated) const { std::free(allocated); }
-};
 
 /// While it lives, the thread's numbers have a decimal point, as a property list's must. The library reads them in the
 /// locale, and would end one at the point where the user's has a comma.
@@ -38,7 +33,7 @@ Result<std::string> written(plist_t node, Write write) {
   char* bytes = nullptr;
   std::uint32_t length = 0;
   write(node, &bytes, &length);
-  const std::unique_ptr<char, FreeAllocated> owned(bytes);
+  const AllocatedPtr<char> owned(bytes);
   if (!owned || length == 0) return Error{"a value has no form in a property list"};
   return std::string(owned.get(), length);
 }
@@ -82,7 +77,7 @@ std::vector<plist_t> plistValues(plist_t node) {
   values.reserve(plist_dict_get_size(node));
   plist_dict_iter iterator = nullptr;
   plist_dict_new_iter(node, &iterator);
-  const std::unique_ptr<void, FreeAllocated> owned(iterator);
+  const AllocatedPtr<void> owned(iterator);
   for (;;) {
     plist_t value = nullptr;
     plist_dict_next_item(node, iterator, nullptr, &value);

@@ -1,8 +1,8 @@
 #include "desktop_picture/wallpaper_store.h"
 
 #include <cstdint>
-#include <cstdlib>
 
+#include "app/allocated.h"
 #include "app/file_uri.h"
 #include "app/text.h"
 #include "platform/files.h"
@@ -56,12 +56,12 @@ void removeAllItems(plist_t dictionary) {
   while (plist_dict_get_size(dictionary) > 0) {
     plist_dict_iter iterator = nullptr;
     plist_dict_new_iter(dictionary, &iterator);
+    const AllocatedPtr<void> ownedIterator(iterator);
     char* key = nullptr;
     plist_dict_next_item(dictionary, iterator, &key, nullptr);
-    std::free(iterator);
+    const AllocatedPtr<char> ownedKey(key);
     if (!key) return;
     plist_dict_remove_item(dictionary, key);
-    std::free(key);
   }
 }
 
