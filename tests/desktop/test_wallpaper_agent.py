@@ -14,6 +14,14 @@ RED, BLUE, LIME = 0xFF0000, 0x0000FF, 0x00FF00
 DONE = r"desktops: every Space now shows still\.png$"
 
 
+@pytest.fixture(autouse=True)
+def fixture_no_picture(view):
+    """Otherwise the picture of the test before could pass for one that the agent has just brought."""
+    for name in ("_XROOTPMAP_ID", "ESETROOT_PMAP_ID"):
+        view.root.delete_property(view.atom(name))
+    view.display.sync()
+
+
 @pytest.fixture(name="store")
 def fixture_store(tavelle):
     return tavelle.home / "Library/Application Support/com.apple.wallpaper/Store/Index.plist"
