@@ -59,6 +59,9 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   bool trash(const Wallpaper& wallpaper);
   /// Takes the wallpaper that was last chosen for the one on show, without showing it.
   void takeStoredWallpaper();
+  /// Writes one frame of the video `from`, half a second into it, as the JPEG file `to`, in place of what was there. A
+  /// video that gives no frame leaves a line in the event log and `to` as it was.
+  void makeStill(const std::filesystem::path& from, const std::filesystem::path& to);
   /// Opens the library folder in the file browser.
   void showFolder();
 

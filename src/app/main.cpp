@@ -17,6 +17,7 @@
 #include "platform/application.h"
 #include "platform/files.h"
 #include "platform/linux/child_processes.h"
+#include "platform/linux/child_video_frames.h"
 #include "platform/linux/desktop_services.h"
 #include "platform/linux/glib_main_loop.h"
 #include "platform/linux/icu_text_order.h"
@@ -82,6 +83,7 @@ class Services {
             .screens = desktop_.screens(),
             .textOrder = textOrder_,
             .defaults = defaults_,
+            .videoFrames = videoFrames_,
             .windows = desktop_.windows(),
             .webViews = desktop_.webViews(),
             .windowList = desktop_.windowList(),
@@ -99,6 +101,7 @@ class Services {
   IcuTextOrder textOrder_;
   LinuxFiles files_;
   PlistDefaults defaults_{defaultsFile()};
+  ChildVideoFrames videoFrames_{privateLibraryFolder() / "video-frame"};
   SystemClock clock_;
 };
 

@@ -16,6 +16,7 @@ class Processes;
 class Screens;
 class TextOrder;
 class UserDefaults;
+class VideoFrames;
 class WallpaperWindows;
 class WebViews;
 class WindowList;
@@ -33,6 +34,7 @@ struct Platform {
   Screens& screens;
   TextOrder& textOrder;
   UserDefaults& defaults;
+  VideoFrames& videoFrames;
   WallpaperWindows& windows;
   WebViews& webViews;
   WindowList& windowList;

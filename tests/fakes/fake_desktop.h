@@ -7,12 +7,14 @@
 #include <utility>
 #include <vector>
 
+#include "app/text.h"
 #include "platform/alerts.h"
 #include "platform/application.h"
 #include "platform/clock.h"
 #include "platform/desktop_picture.h"
 #include "platform/processes.h"
 #include "platform/screens.h"
+#include "platform/video_frames.h"
 #include "platform/wallpaper_window.h"
 #include "platform/web_view.h"
 #include "platform/window_list.h"
@@ -100,6 +102,15 @@ struct FakeWindowList final : WindowList {
   }
   std::optional<std::vector<WindowDescription>> windows{std::in_place};
   mutable int fetches = 0;
+};
+
+/// Answers with what was asked for, as text.
+struct FakeVideoFrames final : VideoFrames {
+  Result<std::string> jpegOfFrame(const std::filesystem::path& video, double seconds) const override {
+    if (undecodable == video) return Error{"not a video"};
+    return video.native() + " at " + shortestDecimal(seconds);
+  }
+  std::filesystem::path undecodable;
 };
 
 struct FakeDesktopPicture final : DesktopPicture {

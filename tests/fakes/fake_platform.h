@@ -34,6 +34,7 @@ struct FakePlatform {
             .screens = screens,
             .textOrder = textOrder,
             .defaults = defaults,
+            .videoFrames = videoFrames,
             .windows = windows,
             .webViews = webViews,
             .windowList = windowList,
@@ -65,6 +66,7 @@ struct FakePlatform {
   FakeScreens screens;
   IcuTextOrder textOrder;
   FakeDefaults defaults;
+  FakeVideoFrames videoFrames;
   FakeWindows windows;
   FakeWebViews webViews;
   FakeWindowList windowList;

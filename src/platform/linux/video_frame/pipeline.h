@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+
+#include "platform/linux/video_frame/gst_handles.h"
+#include "platform/result.h"
+
+namespace tavelle {
+
+/// A running chain of media elements that ends in an application sink called "out".
+/// It is never shut down: the process ends right after its last use, and shutting down waits for decoders that may
+/// hang.
+class Pipeline {
+ public:
+  /// Builds what `description` says, in the form that `gst-launch-1.0` takes.
+  static Result<Pipeline> make(const std::string& description);
+
+  /// The element of that name in the description. It lives as long as the pipeline.
+  GstElement* element(const char* name) const;
+  void start() const { gst_element_set_state(pipeline_, GST_STATE_PLAYING); }
+  /// Waits until all elements have let go of their threads and memory; for ever when one hangs.
+  void stop() const { gst_element_set_state(pipeline_, GST_STATE_NULL); }
+
+  /// Waits for the next piece of media at the sink. None at the end of the stream; an error when an element failed.
+  Result<GstSamplePtr> next() const;
+
+ private:
+  explicit Pipeline(GstElement* pipeline) : pipeline_(pipeline) {}
+
+  GstElement* pipeline_;
+};
+
+}  // namespace tavelle

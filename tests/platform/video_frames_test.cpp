@@ -1,0 +1,224 @@
+// The real decoder in its own process, over videos that show four coloured squares for a moment around half a second:
+// red and green above blue and white.
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <turbojpeg.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <map>
+
+#include "fakes/temporary_folder.h"
+#include "platform/linux/child_video_frames.h"
+
+namespace tavelle {
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string squares =
+    "color=0xc02030:s=80x48:d=1:r=20[r];color=0x20a040:s=80x48:d=1:r=20[g];color=0x3040c0:s=80x48:d=1:r=20[b];"
+    "color=0xf0f0f0:s=80x48:d=1:r=20[w];[r][g]hstack[top];[b][w]hstack[bottom];[top][bottom]vstack,"
+    "drawbox=t=fill:c=black:enable='not(between(t,0.42,0.52))',format=gbrp";
+const std::string h264 = " -c:v libx264 -pix_fmt yuv420p ";
+const std::map<char, std::array<int, 3>> colours{
+    {'R', {0xc0, 0x20, 0x30}}, {'G', {0x20, 0xa0, 0x40}}, {'B', {0x30, 0x40, 0xc0}}, {'W', {0xf0, 0xf0, 0xf0}}};
+
+void makeVideo(const std::string& filters, const std::string& options, const fs::path& file) {
+  const std::string command =
+      "ffmpeg -nostdin -y -loglevel error -f lavfi -i \"" + filters + "\" " + options + " '" + file.native() + "'";
+  ASSERT_EQ(std::system(command.c_str()), 0) << command;
+}
+
+std::string contentOf(const fs::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// A letter for each quarter's middle: top left, top right, bottom left, bottom right.
+std::string quartersOf(const std::vector<unsigned char>& rgb, int width, int height) {
+  std::string letters;
+  for (const auto& [x, y] : {std::pair{1, 1}, {3, 1}, {1, 3}, {3, 3}}) {
+    const auto at = 3 * static_cast<std::size_t>(height * y / 4 * width + width * x / 4);
+    char letter = '?';
+    for (const auto& [name, colour] : colours) {
+      bool same = true;
+      for (std::size_t channel = 0; channel < 3; ++channel) same &= std::abs(rgb[at + channel] - colour[channel]) <= 4;
+      if (same) letter = name;
+    }
+    letters += letter;
+    if (letter == '?') {
+      ADD_FAILURE() << +rgb[at] << ' ' << +rgb[at + 1] << ' ' << +rgb[at + 2] << " at the square " << letters.size();
+    }
+  }
+  return letters;
+}
+
+void expectFrame(const fs::path& video, int width, int height, const std::string& quarters) {
+  const auto jpeg = ChildVideoFrames(TAVELLE_VIDEO_FRAME).jpegOfFrame(video, 0.5);
+  ASSERT_TRUE(jpeg) << jpeg.error().description;
+  const auto* bytes = reinterpret_cast<const unsigned char*>(jpeg->data());
+  int realWidth = 0;
+  int realHeight = 0;
+  int sampling = 0;
+  int colourSpace = 0;
+  const std::unique_ptr<void, decltype(&tjDestroy)> decoder(tjInitDecompress(), tjDestroy);
+  ASSERT_EQ(tjDecompressHeader3(decoder.get(), bytes, jpeg->size(), &realWidth, &realHeight, &sampling, &colourSpace),
+            0);
+  ASSERT_EQ(std::pair(realWidth, realHeight), std::pair(width, height));
+  EXPECT_EQ(colourSpace, TJCS_YCbCr);
+  std::vector<unsigned char> rgb(static_cast<std::size_t>(3 * width * height));
+  ASSERT_EQ(tjDecompress2(decoder.get(), bytes, jpeg->size(), rgb.data(), width, 0, height, TJPF_RGB, 0), 0);
+  EXPECT_EQ(quartersOf(rgb, width, height), quarters);
+}
+
+TEST(VideoFrames, ShowTheVideoAsItIsMeantToBeSeen) {
+  const struct {
+    const char* name;
+    std::string filters;
+    std::string options;
+    const char* file;
+    int width;
+    int height;
+  } rows[] = {
+      {"with sound", "", h264 + "-f lavfi -i sine=duration=1", "a.mov", 160, 96},
+      {"ten bits", "", "-c:v libx264 -pix_fmt yuv420p10le", "a.mp4", 160, 96},
+      {"no subsampling", "", "-c:v libx264 -pix_fmt yuv444p", "a.mkv", 160, 96},
+      {"HD colours", ",scale=out_color_matrix=bt709,format=yuv420p",
+       h264 + "-colorspace bt709 -color_primaries bt709 -color_trc bt709 -color_range tv", "a.mp4", 160, 96},
+      {"SD colours", ",scale=out_color_matrix=bt601,format=yuv420p",
+       h264 + "-colorspace smpte170m -color_primaries smpte170m -color_trc smpte170m -color_range tv", "a.mp4", 160,
+       96},
+      {"full range", ",scale=out_color_matrix=bt601:out_range=pc,format=yuvj420p",
+       "-c:v libx264 -colorspace smpte170m -color_primaries smpte170m -color_trc smpte170m -color_range pc", "a.mkv",
+       160, 96},
+      {"odd size", ",scale=161:97:flags=neighbor,setsar=1", "-c:v libvpx-vp9 -pix_fmt yuv420p", "a.webm", 161, 97},
+      {"wide pixels", ",setsar=2/1", h264, "a.mp4", 320, 96},
+      {"narrow pixels", ",setsar=1/2", h264, "a.mp4", 160, 192},
+      {"irregular times", ",select='eq(n,0)+eq(n,9)+eq(n,19)'", h264 + "-fps_mode vfr", "a.mp4", 160, 96},
+      {"shorter", ",select='lte(n,9)'", h264, "a.mp4", 160, 96},
+      {"times that start late", "", h264 + "-output_ts_offset 3", "a.ts", 160, 96},
+  };
+  const TemporaryFolder folder;
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    // Options of inputs come before those of the output.
+    const auto input = row.options.find("-f lavfi");
+    const auto options =
+        input == std::string::npos ? row.options : row.options.substr(input) + row.options.substr(0, input);
+    makeVideo(squares + row.filters, options, folder.path() / row.file);
+    expectFrame(folder.path() / row.file, row.width, row.height, "RGBW");
+  }
+}
+
+/// Makes `matrix` (across and down for a step to the right, then for a step down) the way the track is to be shown.
+void turn(std::string& movie, const std::array<int, 4>& matrix) {
+  // Behind the name of a track's header: 40 bytes of other fields, then a matrix of 3 by 3 big-endian numbers, those of
+  // interest with 16 bits behind the point (ISO/IEC 14496-12).
+  const auto start = movie.find("tkhd") + 4 + 40;
+  for (std::size_t index = 0; index < 4; ++index) {
+    const int number = matrix[index];
+    const auto place = start + 4 * (index + index / 2);
+    movie.replace(place, 4, {static_cast<char>(number < 0 ? -1 : 0), static_cast<char>(number), 0, 0});
+  }
+}
+
+TEST(VideoFrames, AreTurnedAndMirrored) {
+  const struct {
+    std::array<int, 4> matrix;
+    const char* quarters;
+  } rows[] = {{{1, 0, 0, 1}, "RGBW"},  {{0, 1, -1, 0}, "BRWG"}, {{-1, 0, 0, -1}, "WBGR"}, {{0, -1, 1, 0}, "GWRB"},
+              {{-1, 0, 0, 1}, "GRWB"}, {{1, 0, 0, -1}, "BWRG"}, {{0, 1, 1, 0}, "RBGW"}};
+  const TemporaryFolder folder;
+  const auto video = folder.path() / "a.mp4";
+  makeVideo(squares, h264, video);
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.quarters);
+    std::string movie = contentOf(video);
+    turn(movie, row.matrix);
+    std::ofstream(video, std::ios::binary) << movie;
+    const bool upright = row.matrix[0] != 0;
+    expectFrame(video, upright ? 160 : 96, upright ? 96 : 160, row.quarters);
+  }
+}
+
+TEST(VideoFrames, AreErrorsWhereThereIsNone) {
+  const TemporaryFolder folder;
+  const auto whole = folder.path() / "whole.mp4";
+  makeVideo(squares, h264, whole);
+  makeVideo("sine=duration=1", "-c:a aac", folder.path() / "sound.mp4");
+  const std::string movie = contentOf(whole);
+  ASSERT_FALSE(movie.empty());
+  std::ofstream(folder.path() / "half.mp4") << movie.substr(0, movie.size() / 2);
+  std::ofstream(folder.path() / "text.mp4") << "Not a video at all.";
+  std::ofstream(folder.path() / "list.mp4")
+      << "#EXTM3U\n#EXT-X-TARGETDURATION:1\n#EXTINF:1,\nfile://" << whole.native() << "\n#EXT-X-ENDLIST\n";
+  std::ofstream(folder.path() / "empty.mp4");
+  ASSERT_EQ(mkfifo((folder.path() / "fifo.mp4").c_str(), 0600), 0);
+  const ChildVideoFrames frames(TAVELLE_VIDEO_FRAME);
+  for (const char* name :
+       {"sound.mp4", "half.mp4", "text.mp4", "list.mp4", "empty.mp4", "fifo.mp4", "missing.mp4", "."}) {
+    const auto jpeg = frames.jpegOfFrame(folder.path() / name, 0.5);
+    ASSERT_FALSE(jpeg) << name;
+    EXPECT_FALSE(jpeg.error().description.empty()) << name;
+    EXPECT_EQ(jpeg.error().description.find("too long"), std::string::npos) << name;
+  }
+}
+
+/// A helper that does what the shell script says.
+fs::path makeHelper(const fs::path& folder, const std::string& script) {
+  fs::path file = folder / "helper";
+  std::ofstream(file) << "#!/bin/sh\n" << script;
+  fs::permissions(file, fs::perms::owner_all);
+  return file;
+}
+
+TEST(VideoFrames, SurviveABrokenDecoder) {
+  const TemporaryFolder folder;
+  const struct {
+    std::string script;
+    std::string error;
+  } rows[] = {{"printf half; kill -SEGV $$", "the decoder crashed"},
+              {"printf 'no codec\\nand more'; exit 1", "no codec"},
+              {"printf half; exec sleep 60", "the decoder takes too long"},
+              {"exec yes", "the decoder takes too long"},
+              {"exec >&-; sleep 60", "the decoder takes too long"}};
+  for (const auto& row : rows) {
+    const ChildVideoFrames frames(makeHelper(folder.path(), row.script), std::chrono::milliseconds(300));
+    const auto jpeg = frames.jpegOfFrame("/a.mp4", 0.5);
+    ASSERT_FALSE(jpeg) << row.script;
+    EXPECT_EQ(jpeg.error().description, row.error) << row.script;
+  }
+}
+
+TEST(VideoFrames, LeaveNoProcessBehind) {
+  const TemporaryFolder folder;
+  const auto ids = folder.path() / "ids";
+  const auto helper = makeHelper(folder.path(), "sleep 60 & echo $! $$ >" + ids.native() + "; wait");
+  EXPECT_FALSE(ChildVideoFrames(helper, std::chrono::seconds(2)).jpegOfFrame("/a.mp4", 0.5));
+  std::ifstream stream(ids);
+  pid_t id = 0;
+  int count = 0;
+  for (; stream >> id; ++count) {
+    // The grandchild is dead at once, but somebody else waits for it.
+    std::string state;
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    bool gone = false;
+    while (!gone && std::chrono::steady_clock::now() < end) {
+      const std::string status = contentOf("/proc/" + std::to_string(id) + "/stat");
+      gone = status.empty() || status.find(") Z") != std::string::npos;
+    }
+    EXPECT_TRUE(gone) << id;
+  }
+  EXPECT_EQ(count, 2);
+}
+
+}  // namespace
+}  // namespace tavelle
