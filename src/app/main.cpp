@@ -31,13 +31,11 @@ namespace {
 
 using namespace tavelle;
 
+/// The desktop; without a display one that has no screens, which is no failure.
+Result<std::unique_ptr<DesktopServices>> desktopIfAny() { return hasDisplay() ? openDesktop() : noDesktop(); }
+
 int runSetStill(const std::filesystem::path& image) {
-  // A machine without a display has no screen to set, which is no failure.
-  if (!hasDisplay()) {
-    std::cout << "desktop picture set\n";
-    return 0;
-  }
-  const auto desktop = openDesktop();
+  const auto desktop = desktopIfAny();
   if (!desktop) {
     std::cerr << "failed: " << desktop.error().description << '\n';
     std::cout << "desktop picture failed\n";
@@ -59,9 +57,8 @@ int runSyncSpaces(const std::filesystem::path& image) {
 }
 
 int runCoverage() {
-  // Where there is no screen to ask about there is nothing to tell, and no failure.
-  if (!hasDisplay()) return 0;
-  if (const auto desktop = openDesktop()) {
+  // A display that cannot be reached has no screen to tell about, either.
+  if (const auto desktop = desktopIfAny()) {
     reportCoverage((*desktop)->screens(), (*desktop)->windowList(), getpid(), std::cout);
   }
   return 0;
@@ -106,7 +103,7 @@ class Services {
 };
 
 int runDelete(const std::string& name) {
-  auto opened = hasDisplay() ? openDesktop() : Result<std::unique_ptr<DesktopServices>>(noDesktop());
+  auto opened = desktopIfAny();
   const auto desktop = opened ? std::move(opened).value() : noDesktop();
   Services services(*desktop);
   const Platform platform = services.platform();

@@ -217,4 +217,12 @@ std::string StoreMaker::bytes(const Value& value) {
   return (chance(30) ? xmlPlist(node.get()) : binaryPlist(node.get())).value();
 }
 
+std::string xml(const std::string& content) { return R"(<?xml version="1.0"?><plist>)" + content + "</plist>"; }
+std::string dict(const std::string& content) { return xml("<dict>" + content + "</dict>"); }
+std::string repeated(const std::string& what, int times) {
+  std::string result;
+  while (times-- > 0) result += what;
+  return result;
+}
+
 }  // namespace tavelle

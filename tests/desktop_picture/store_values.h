@@ -66,4 +66,9 @@ class StoreMaker {
   bool tidy_ = false;
 };
 
+/// An XML list that holds this; a dictionary that holds this.
+std::string xml(const std::string& content);
+std::string dict(const std::string& content);
+std::string repeated(const std::string& what, int times);
+
 }  // namespace tavelle

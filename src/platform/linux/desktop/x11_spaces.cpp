@@ -12,7 +12,7 @@ namespace {
 constexpr std::array<std::string_view, 1> countName{"_NET_NUMBER_OF_DESKTOPS"};
 
 /// More than anybody has; any client could write any number.
-constexpr std::uint32_t mostSpaces = 1000;
+constexpr std::uint32_t mostSpaces = 256;
 
 }  // namespace
 

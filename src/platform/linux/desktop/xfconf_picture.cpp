@@ -16,10 +16,7 @@
 namespace tavelle {
 namespace {
 
-/// The atoms' places among `atomNames`.
-enum AtomIndex : std::size_t { numberOfDesktops, currentDesktop };
-
-constexpr std::array<std::string_view, 2> atomNames{"_NET_NUMBER_OF_DESKTOPS", "_NET_CURRENT_DESKTOP"};
+constexpr std::array<std::string_view, 1> currentDesktopName{"_NET_CURRENT_DESKTOP"};
 
 constexpr const char* channel = "xfce4-desktop";
 constexpr std::string_view styleKey = "/image-style";
@@ -29,9 +26,6 @@ constexpr std::string_view workspaceMark = "/workspace";
 /// xfdesktop's numbers of the ways to lay out a picture.
 constexpr gint32 noImage = 0;
 constexpr gint32 zoomedStyle = 5;
-
-/// The highest number of workspaces that a window manager may be believed to have.
-constexpr std::uint32_t mostWorkspaces = 256;
 
 BusMethod xfconf(const char* method) {
   return {.service = "org.xfce.Xfconf", .path = "/org/xfce/Xfconf", .interface = "org.xfce.Xfconf", .name = method};
@@ -99,11 +93,9 @@ std::optional<std::uint32_t> workspaceForAll(GVariant* properties) {
 }  // namespace
 
 XfconfPicture::XfconfPicture(const XConnection& connection)
-    : connection_(connection), atoms_(internAtoms(connection, atomNames)) {}
-
-std::optional<std::uint32_t> XfconfPicture::managerNumber(std::size_t atom) const {
-  return PropertyRequest(connection_, connection_.root(), atoms_[atom]).readFirst();
-}
+    : connection_(connection),
+      spaces_(connection),
+      currentDesktop_(internAtoms(connection, currentDesktopName).front()) {}
 
 Result<void> XfconfPicture::set(const std::filesystem::path& image, const Screen& screen) {
   // The bus carries UTF-8 only.
@@ -114,7 +106,7 @@ Result<void> XfconfPicture::set(const std::filesystem::path& image, const Screen
   const auto names = monitorNames(screen, properties->get());
   if (names.empty()) return Error{"the screen has no name and is no longer there"};
 
-  const auto workspaces = std::min(managerNumber(numberOfDesktops).value_or(1), mostWorkspaces);
+  const auto workspaces = std::max<std::size_t>(spaces_.list().size(), 1);
   for (const auto& monitor : names) {
     auto numbers = workspacesWithSettings(properties->get(), monitor);
     for (std::uint32_t i = 0; i < workspaces; ++i) numbers.insert(i);
@@ -131,7 +123,8 @@ Result<void> XfconfPicture::set(const std::filesystem::path& image, const Screen
 std::optional<std::string> XfconfPicture::current(const Screen& screen) const {
   const auto properties = allProperties();
   if (!properties) return std::nullopt;
-  const auto number = workspaceForAll(properties->get()).value_or(managerNumber(currentDesktop).value_or(0));
+  const auto shown = PropertyRequest(connection_, connection_.root(), currentDesktop_).readFirst();
+  const auto number = workspaceForAll(properties->get()).value_or(shown.value_or(0));
   for (const auto& monitor : monitorNames(screen, properties->get())) {
     gint32 style = zoomedStyle;
     g_variant_lookup(properties->get(), key(monitor, number, styleKey).c_str(), "i", &style);

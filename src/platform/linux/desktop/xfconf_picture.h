@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "platform/desktop_picture.h"
+#include "platform/linux/desktop/x11_spaces.h"
 #include "platform/linux/desktop/x_connection.h"
 
 namespace tavelle {
@@ -17,11 +18,9 @@ class XfconfPicture final : public DesktopPicture {
   std::optional<std::string> current(const Screen& screen) const override;
 
  private:
-  /// A number that the window manager tells on the root window.
-  std::optional<std::uint32_t> managerNumber(std::size_t atom) const;
-
   const XConnection& connection_;
-  const std::vector<xcb_atom_t> atoms_;
+  const X11Spaces spaces_;
+  const xcb_atom_t currentDesktop_;
 };
 
 }  // namespace tavelle

@@ -8,7 +8,7 @@
 namespace tavelle {
 
 /// A running chain of media elements that ends in an application sink called "out".
-/// It is never shut down: the process ends right after its last use, and shutting down waits for decoders that may
+/// It does not stop by itself when it dies: the process ends right after, and stopping waits for decoders that may
 /// hang.
 class Pipeline {
  public:
