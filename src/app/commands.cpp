@@ -35,6 +35,7 @@ void offerCommands(const Platform& platform, Controller& controller) {
   using Integer = std::function<void(std::int64_t)>;
   using Real = std::function<void(double)>;
   application.offer({"show", withNamed(controller, order, &Controller::show)});
+  application.offer({"add", None([&] { controller.addWallpaper(); })});
   application.offer({"delete", withNamed(controller, order, &Controller::deleteWallpaper)});
   application.offer({"show-folder", None([&] { controller.showFolder(); })});
   application.offer({"toggle-pause", None([&] { controller.togglePause(); })});

@@ -52,6 +52,11 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   std::vector<Wallpaper> quickList(const std::vector<Wallpaper>& all) const;
   /// Copies each sample wallpaper into the library that was never copied before, whether or not the library is empty.
   void seedLibraryIfEmpty();
+  /// Lets the user choose files, makes a wallpaper of each, and shows the last one.
+  void addWallpaper();
+  /// Makes a wallpaper of a video, an image or a web page: a new folder of the library with a copy of the file. None
+  /// when that fails, which is told to the user; what is there by then stays, and is no wallpaper.
+  std::optional<Wallpaper> importWallpaper(const std::filesystem::path& from);
   /// Moves the wallpaper to the trash, when the user confirms.
   void deleteWallpaper(const Wallpaper& wallpaper);
   /// Moves the wallpaper to the trash and shows another one in its place when it was on show. A failure is told to the

@@ -22,6 +22,7 @@
 #include "platform/linux/glib_main_loop.h"
 #include "platform/linux/icu_text_order.h"
 #include "platform/linux/linux_files.h"
+#include "platform/linux/mime_file_types.h"
 #include "platform/linux/no_desktop.h"
 #include "platform/linux/plist_defaults.h"
 #include "platform/linux/standard_paths.h"
@@ -75,7 +76,9 @@ class Services {
             .clock = clock_,
             .desktopPicture = desktop_.desktopPicture(),
             .files = files_,
+            .fileTypes = fileTypes_,
             .mainLoop = mainLoop_,
+            .openPanels = desktop_.openPanels(),
             .processes = processes_,
             .screens = desktop_.screens(),
             .textOrder = textOrder_,
@@ -97,6 +100,7 @@ class Services {
   GLibMainLoop mainLoop_;
   IcuTextOrder textOrder_;
   LinuxFiles files_;
+  MimeFileTypes fileTypes_;
   PlistDefaults defaults_{defaultsFile()};
   ChildVideoFrames videoFrames_{privateLibraryFolder() / "video-frame"};
   SystemClock clock_;

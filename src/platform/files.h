@@ -42,6 +42,10 @@ class Files {
   /// complete: after a failure, or a crash half way, there is no half copy under that name.
   virtual Result<void> copy(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
 
+  /// Copies the content of the regular file `from`, symbolic links followed. Fails when `to` exists. `to` comes into
+  /// being only when all of the copy is on the disk. Anything else in the place of a file is an error, never a wait.
+  virtual Result<void> copyFile(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
+
   /// Moves the file or folder to the user's trash, from where it can be put back.
   virtual Result<void> trash(const std::filesystem::path& path) = 0;
 

@@ -17,6 +17,9 @@ class TextOrder {
   /// The canonically composed form (NFC): two texts are the same to a reader exactly when these are equal byte for
   /// byte, and its byte order is the order of Unicode scalar values.
   virtual std::string canonical(std::string_view text) const = 0;
+
+  /// In lower case, by Unicode's own rules, not by those of the user's language.
+  virtual std::string lowercase(std::string_view text) const = 0;
 };
 
 }  // namespace tavelle

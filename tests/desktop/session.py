@@ -157,17 +157,17 @@ class Tavelle:
     def stored(self):
         return plistlib.loads(self.settings_file.read_bytes())
 
-    def start(self, *arguments, **environment):
+    def start(self, *arguments, cwd=None, **environment):
         # The engine's libraries fill it with complaints about the machine, but a sanitizer's report is here too.
         with open(self.home / "stderr.txt", "ab") as complaints:
-            self.process = subprocess.Popen([BINARY, *arguments], env=self.environment | environment,
+            self.process = subprocess.Popen([BINARY, *arguments], env=self.environment | environment, cwd=cwd,
                                             stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=complaints)
 
-    def play(self, page, **values):
+    def play(self, page, cwd=None, **values):
         """Starts with this page as the wallpaper, and waits until it is on every screen."""
         folder = self.add("Own", page)
         self.store(wallpaper="Own", **values)
-        self.start()
+        self.start(cwd=cwd)
         self.wait("loaded: ", count=int(self.wait(r"showing on (\d+) display")[1]))
         return folder
 

@@ -4,11 +4,10 @@ import subprocess
 import urllib.parse
 
 import pytest
-from session import X, color_page, wait_until
+from dialogs import dialog, press, wait_for_dialog
+from session import color_page, wait_until
 from gi.repository import GLib
 from Xlib import XK
-from Xlib.error import BadWindow
-from Xlib.ext import xtest
 
 
 def trashed(tavelle):
@@ -18,29 +17,6 @@ def trashed(tavelle):
         path = next(line[5:] for line in note.read_text().splitlines() if line.startswith("Path="))
         found[urllib.parse.unquote(path)] = tavelle.home / ".local/share/Trash/files" / note.stem
     return found
-
-
-def press(view, key):
-    code = view.display.keysym_to_keycode(key)
-    for happening in (X.KeyPress, X.KeyRelease):
-        xtest.fake_input(view.display, happening, code)
-    view.display.sync()
-
-
-def dialog(view):
-    for window in view.windows():
-        try:
-            if window.get_wm_name() == "Tavelle" and window.get_attributes().map_state == X.IsViewable:
-                return window
-        except BadWindow:
-            pass
-    return None
-
-
-def wait_for_dialog(view):
-    window = wait_until(lambda: dialog(view), 20, "the dialog")
-    wait_until(lambda: view.property(view.root, "_NET_ACTIVE_WINDOW") == [window.id], 20, "the dialog to have the focus")
-    return window
 
 
 def test_the_question_is_answered_by_keyboard(tavelle, view, desktop):

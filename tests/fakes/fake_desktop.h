@@ -12,6 +12,7 @@
 #include "platform/application.h"
 #include "platform/clock.h"
 #include "platform/desktop_picture.h"
+#include "platform/open_panel.h"
 #include "platform/processes.h"
 #include "platform/screens.h"
 #include "platform/video_frames.h"
@@ -34,6 +35,15 @@ struct FakeAlerts final : Alerts {
   }
   std::vector<Alert> shown;
   std::optional<std::size_t> answer = 0;
+};
+
+struct FakeOpenPanels final : OpenPanels {
+  std::vector<std::filesystem::path> run(const OpenPanel& panel) override {
+    shown.push_back(panel);
+    return chosen;
+  }
+  std::vector<OpenPanel> shown;
+  std::vector<std::filesystem::path> chosen;
 };
 
 struct FakeApplication final : Application {

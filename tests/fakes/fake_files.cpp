@@ -51,6 +51,12 @@ Result<void> FakeFiles::copy(const fs::path& from, const fs::path& to) {
   return {};
 }
 
+Result<void> FakeFiles::copyFile(const fs::path& from, const fs::path& to) {
+  if (const auto found = objects_.find(from); found != objects_.end() && found->second.folder)
+    return Error{"not a file"};
+  return copy(from, to);
+}
+
 Result<void> FakeFiles::trash(const fs::path& path) {
   if (!exists(path) || isBroken(path)) return Error{"can't trash"};
   remove(path);

@@ -17,6 +17,7 @@ class FakeFiles final : public Files {
   std::optional<WallTime> created(const std::filesystem::path& path) const override;
   Result<void> createFolders(const std::filesystem::path& folder) override;
   Result<void> copy(const std::filesystem::path& from, const std::filesystem::path& to) override;
+  Result<void> copyFile(const std::filesystem::path& from, const std::filesystem::path& to) override;
   Result<void> trash(const std::filesystem::path& path) override;
   Result<std::string> read(const std::filesystem::path& path) const override;
   Result<void> write(const std::filesystem::path& path, std::string_view bytes) override;

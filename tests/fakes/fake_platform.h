@@ -9,12 +9,13 @@
 #include "fakes/fake_files.h"
 #include "fakes/fake_main_loop.h"
 #include "platform/linux/icu_text_order.h"
+#include "platform/linux/mime_file_types.h"
 #include "platform/platform.h"
 
 namespace tavelle {
 
-/// A whole desktop in memory: two screens side by side, a home folder, packaged resources. Only the order of names is
-/// the real one.
+/// A whole desktop in memory: two screens side by side, a home folder, packaged resources. Only the order of names and
+/// the types of files are the real ones.
 struct FakePlatform {
   FakePlatform() {
     screens.screens = {{"left", {0, 0, 1920, 1080}, {0, 0, 1920, 1080}, {0, 0, 1920, 1080}},
@@ -29,7 +30,9 @@ struct FakePlatform {
             .clock = clock,
             .desktopPicture = desktopPicture,
             .files = files,
+            .fileTypes = fileTypes,
             .mainLoop = mainLoop,
+            .openPanels = openPanels,
             .processes = processes,
             .screens = screens,
             .textOrder = textOrder,
@@ -61,7 +64,9 @@ struct FakePlatform {
   FakeClock clock;
   FakeDesktopPicture desktopPicture;
   FakeFiles files;
+  MimeFileTypes fileTypes;
   FakeMainLoop mainLoop;
+  FakeOpenPanels openPanels;
   FakeProcesses processes;
   FakeScreens screens;
   IcuTextOrder textOrder;

@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <csignal>
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -46,6 +48,14 @@ void keepContract(Files& files, const fs::path& root) {
   EXPECT_FALSE(files.copy(root / "missing", root / "d"));
   EXPECT_FALSE(files.exists(root / "d"));
   EXPECT_EQ(namesIn(files, root, Files::Hidden::include), (std::vector<std::string>{"a", "c"})) << "no half copies";
+  EXPECT_TRUE(files.copyFile(root / "a/log", root / "a/copy"));
+  EXPECT_EQ(*files.read(root / "a/copy"), "one\ntwo\n");
+  EXPECT_FALSE(files.copyFile(root / "a/log", root / "a/copy")) << "nothing is overwritten";
+  EXPECT_FALSE(files.copyFile(root / "missing", root / "a/other"));
+  EXPECT_FALSE(files.copyFile(root / "a", root / "a/other")) << "no file";
+  EXPECT_EQ(namesIn(files, root / "a", Files::Hidden::include),
+            (std::vector<std::string>{".hidden", "b", "copy", "log"}))
+      << "no half copies";
   EXPECT_TRUE(files.created(root / "c"));
   EXPECT_FALSE(files.created(root / "missing"));
 }
@@ -73,10 +83,48 @@ TEST(LinuxFiles, ListsCreationTimesAndHiddenFlags) {
   EXPECT_LT(std::chrono::system_clock::now() - *entries->front().created, std::chrono::minutes(5));
 }
 
-TEST(LinuxFiles, DoesNotHangOnAFifo) {
+TEST(LinuxFiles, DoesNotHangOnAFifoOrADevice) {
   const TemporaryFolder folder;
+  LinuxFiles files;
   ASSERT_EQ(mkfifo((folder.path() / "log").c_str(), 0600), 0);
-  EXPECT_FALSE(LinuxFiles().append(folder.path() / "log", "x"));
+  EXPECT_FALSE(files.append(folder.path() / "log", "x"));
+  for (const fs::path& source : {folder.path() / "log", fs::path("/dev/zero"), fs::path("/dev/tty")}) {
+    EXPECT_FALSE(files.copyFile(source, folder.path() / "copy"));
+  }
+}
+
+TEST(LinuxFiles, CopiesWhatIsInAFile) {
+  const TemporaryFolder folder;
+  LinuxFiles files;
+  // More than is copied in one go by hand; a name as long as names can be; behind a link; not writable.
+  const std::string bytes(200'000, '\x17');
+  std::ofstream(folder.path() / "original") << bytes;
+  fs::permissions(folder.path() / "original", fs::perms(0440));
+  fs::create_symlink("original", folder.path() / "link");
+  const fs::path copy = folder.path() / std::string(255, 'x');
+  ASSERT_TRUE(files.copyFile(folder.path() / "link", copy));
+  EXPECT_EQ(*files.read(copy), bytes);
+  EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(copy)));
+  EXPECT_EQ(fs::status(copy).permissions(), fs::perms(0640));
+  EXPECT_FALSE(files.copyFile(folder.path() / "link", folder.path() / std::string(256, 'x')));
+  // What the kernel cannot copy by itself, since it seems to have no length.
+  EXPECT_TRUE(files.copyFile("/proc/self/status", folder.path() / "status"));
+  EXPECT_TRUE(files.read(folder.path() / "status")->starts_with("Name:"));
+}
+
+TEST(LinuxFiles, LeavesNoHalfCopyOnAFullDisk) {
+  const TemporaryFolder folder;
+  std::ofstream(folder.path() / "original") << std::string(200'000, 'x');
+  // A child of its own, so that the limit is its alone.
+  const auto copyWithLittleRoom = [&] {
+    signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{100'000, 100'000};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    const auto copied = LinuxFiles().copyFile(folder.path() / "original", folder.path() / "copy");
+    exit(copied ? 0 : 1);
+  };
+  EXPECT_EXIT(copyWithLittleRoom(), testing::ExitedWithCode(1), "");
+  EXPECT_EQ(namesIn(LinuxFiles(), folder.path(), Files::Hidden::include), std::vector<std::string>{"original"});
 }
 
 TEST(LinuxFiles, SaysWhenTheDiskIsFull) {

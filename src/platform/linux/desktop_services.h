@@ -9,6 +9,7 @@ namespace tavelle {
 class Alerts;
 class Application;
 class DesktopPicture;
+class OpenPanels;
 class Screens;
 class WallpaperWindows;
 class WebViews;
@@ -24,6 +25,7 @@ class DesktopServices {
   virtual Alerts& alerts() = 0;
   virtual Application& application() = 0;
   virtual DesktopPicture& desktopPicture() = 0;
+  virtual OpenPanels& openPanels() = 0;
   virtual Screens& screens() = 0;
   virtual WallpaperWindows& windows() = 0;
   virtual WindowList& windowList() = 0;

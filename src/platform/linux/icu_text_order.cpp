@@ -82,4 +82,10 @@ std::string IcuTextOrder::canonical(std::string_view text) const {
   return U_FAILURE(status) ? std::string(text) : composed;
 }
 
+std::string IcuTextOrder::lowercase(std::string_view text) const {
+  std::string lower;
+  unicode(text).toLower(icu::Locale::getRoot()).toUTF8String(lower);
+  return lower;
+}
+
 }  // namespace tavelle

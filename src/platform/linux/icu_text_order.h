@@ -18,6 +18,7 @@ class IcuTextOrder final : public TextOrder {
 
   std::string fileBrowserKey(std::string_view name) const override;
   std::string canonical(std::string_view text) const override;
+  std::string lowercase(std::string_view text) const override;
 
  private:
   mutable std::unique_ptr<icu::Collator> collator_;

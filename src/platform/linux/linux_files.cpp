@@ -9,6 +9,7 @@
 
 #include "app/text.h"
 #include "platform/linux/atomic_write.h"
+#include "platform/linux/copy_file.h"
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/handles.h"
 #include "platform/linux/rename_to_new.h"
@@ -80,6 +81,8 @@ Result<void> LinuxFiles::copy(const fs::path& from, const fs::path& to) {
   fs::remove_all(workshop, ignored);
   return result;
 }
+
+Result<void> LinuxFiles::copyFile(const fs::path& from, const fs::path& to) { return copyRegularFile(from, to); }
 
 Result<void> LinuxFiles::trash(const fs::path& path) {
   ErrorSlot error;

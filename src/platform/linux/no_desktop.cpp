@@ -5,6 +5,7 @@
 #include "platform/alerts.h"
 #include "platform/application.h"
 #include "platform/desktop_picture.h"
+#include "platform/open_panel.h"
 #include "platform/screens.h"
 #include "platform/wallpaper_window.h"
 #include "platform/web_view.h"
@@ -20,6 +21,7 @@ class NoDesktop final : public DesktopServices,
                         Alerts,
                         Application,
                         DesktopPicture,
+                        OpenPanels,
                         Screens,
                         WallpaperWindows,
                         WebViews,
@@ -29,6 +31,7 @@ class NoDesktop final : public DesktopServices,
   Alerts& alerts() override { return *this; }
   Application& application() override { return *this; }
   DesktopPicture& desktopPicture() override { return *this; }
+  OpenPanels& openPanels() override { return *this; }
   Screens& screens() override { return *this; }
   WallpaperWindows& windows() override { return *this; }
   WebViews& webViews() override { return *this; }
@@ -37,6 +40,7 @@ class NoDesktop final : public DesktopServices,
 
  private:
   std::optional<std::size_t> run(const Alert& /*alert*/) override { return std::nullopt; }
+  std::vector<std::filesystem::path> run(const OpenPanel& /*panel*/) override { return {}; }
   int run(ApplicationDelegate& /*delegate*/) override { return 1; }
   void terminate() override {}
   void offer(Command /*command*/) override {}

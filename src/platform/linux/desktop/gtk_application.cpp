@@ -41,7 +41,8 @@ struct ActionAdder {
 
 }  // namespace
 
-GtkApplication::GtkApplication(const char* id) : application_(Gtk::Application::create(id)) {}
+GtkApplication::GtkApplication(const char* id, std::function<void()> onTerminate)
+    : application_(Gtk::Application::create(id)), onTerminate_(std::move(onTerminate)) {}
 
 int GtkApplication::run(ApplicationDelegate& delegate) {
   application_->signal_activate().connect([this, &delegate] { activate(delegate); });
@@ -67,6 +68,7 @@ void GtkApplication::terminate() {
   for (Gtk::Window* const window : Gtk::Window::list_toplevels()) {
     if (auto* const dialog = dynamic_cast<Gtk::Dialog*>(window)) dialog->response(Gtk::RESPONSE_DELETE_EVENT);
   }
+  onTerminate_();
   application_->quit();
 }
 

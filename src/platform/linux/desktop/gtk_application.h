@@ -10,8 +10,10 @@ namespace tavelle {
 /// The application on GTK and the session bus. Without a session bus it runs all the same, but a second one can, too.
 class GtkApplication final : public Application {
  public:
-  /// `id` is its name on the session bus.
-  explicit GtkApplication(const char* id);
+  /// `id` is its name on the session bus. `onTerminate` ends whatever would keep the event loop waiting, dialogs of
+  /// GTK's own excepted.
+  explicit GtkApplication(
+      const char* id, std::function<void()> onTerminate = [] {});
 
   int run(ApplicationDelegate& delegate) override;
   void terminate() override;
@@ -21,6 +23,7 @@ class GtkApplication final : public Application {
   void activate(ApplicationDelegate& delegate);
 
   Glib::RefPtr<Gtk::Application> application_;
+  const std::function<void()> onTerminate_;
   bool launched_ = false;
 };
 

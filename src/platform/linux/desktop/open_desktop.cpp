@@ -4,6 +4,7 @@
 #include "platform/linux/desktop/gdk_screens.h"
 #include "platform/linux/desktop/gtk_alerts.h"
 #include "platform/linux/desktop/gtk_application.h"
+#include "platform/linux/desktop/gtk_open_panels.h"
 #include "platform/linux/desktop/linux_workspace.h"
 #include "platform/linux/desktop/webkit_web_views.h"
 #include "platform/linux/desktop/x11_wallpaper_window.h"
@@ -17,7 +18,9 @@ class GtkDesktopServices final : public DesktopServices {
  public:
   // The command line needs neither the application nor the web engine, so both are made when they are asked for.
   Application& application() override {
-    if (!application_) application_ = std::make_unique<GtkApplication>("org.tavelle.Tavelle");
+    if (!application_) {
+      application_ = std::make_unique<GtkApplication>("org.tavelle.Tavelle", [this] { openPanels_.cancel(); });
+    }
     return *application_;
   }
   WebViews& webViews() override {
@@ -26,6 +29,7 @@ class GtkDesktopServices final : public DesktopServices {
   }
   Alerts& alerts() override { return alerts_; }
   DesktopPicture& desktopPicture() override { return desktopPicture_; }
+  OpenPanels& openPanels() override { return openPanels_; }
   Screens& screens() override { return screens_; }
   WallpaperWindows& windows() override { return windows_; }
   WindowList& windowList() override { return windowList_; }
@@ -35,6 +39,7 @@ class GtkDesktopServices final : public DesktopServices {
   const XConnection connection_;
   std::unique_ptr<GtkApplication> application_;
   GtkAlerts alerts_;
+  GtkOpenPanels openPanels_;
   GdkScreens screens_{connection_};
   X11WindowList windowList_{connection_};
   LinuxWorkspace workspace_;

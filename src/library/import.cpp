@@ -1,0 +1,142 @@
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include "app/controller.h"
+#include "app/text.h"
+#include "platform/alerts.h"
+#include "platform/file_types.h"
+#include "platform/files.h"
+#include "platform/open_panel.h"
+#include "platform/text_order.h"
+
+namespace tavelle {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A file that is to become a wallpaper. Texts are UTF-8.
+struct Source {
+  fs::path file;
+  /// The file's name without its extension.
+  std::string baseName;
+  /// In lower case, without its full stop.
+  std::string extension;
+  FileType type;
+};
+
+Source describe(const fs::path& file, const FileTypes& types, const TextOrder& text) {
+  const std::string dotted = file.extension().native();
+  // A full stop at the end of a name begins no extension.
+  if (dotted.size() < 2) return {file, escapedUtf8(file.filename().native()), "", types.ofExtension("")};
+  // Escaped, since the web engine reads no folder whose name is not UTF-8.
+  const std::string extension = text.lowercase(escapedUtf8(dotted.substr(1)));
+  return {file, escapedUtf8(file.stem().native()), extension, types.ofExtension(extension)};
+}
+
+/// Where the first free name is, of "Sea", "Sea 2", "Sea 3" and so on.
+fs::path freeFolder(const fs::path& library, const std::string& name, const Files& files) {
+  fs::path folder = library / name;
+  for (int n = 2; files.exists(folder); ++n) folder = library / (name + " " + std::to_string(n));
+  return folder;
+}
+
+/// Whether a page finds a file of this extension when it names it as it is. A quotation mark would end the name there
+/// and make the rest of the extension a part of the page, scripts and all.
+bool isFitForPage(std::string_view extension) {
+  constexpr std::string_view unfit = R"("&#?%\)";
+  return extension.find_first_of(unfit) == std::string_view::npos && !extension.ends_with(' ') &&
+         std::none_of(extension.begin(), extension.end(), [](unsigned char c) { return c < ' ' || c == '\x7F'; });
+}
+
+std::string escapedForPage(std::string_view text) {
+  std::string escaped;
+  for (const char c : text) {
+    switch (c) {
+      case '&':
+        escaped += "&amp;";
+        break;
+      case '<':
+        escaped += "&lt;";
+        break;
+      default:
+        escaped += c;
+    }
+  }
+  return escaped;
+}
+
+/// A page that fills the screen with one element.
+std::string pageAround(const std::string& element, const std::string& title) {
+  return "<!doctype html>\n<meta charset=\"utf-8\">\n<title>" + escapedForPage(title) +
+         "</title>\n<style>html,body{margin:0;height:100%;background:#000;overflow:hidden}"
+         "video,img{width:100%;height:100%;object-fit:cover;display:block}</style>\n" +
+         element;
+}
+
+struct Media {
+  std::string name;
+  std::string element;
+};
+
+Media mediaOf(const Source& source) {
+  if (source.type == FileType::video) {
+    const std::string name = "video." + source.extension;
+    return {name, "<video src=\"" + name + "\" autoplay muted loop playsinline disablepictureinpicture></video>"};
+  }
+  const std::string name = "image." + source.extension;
+  return {name, "<img src=\"" + name + "\" alt=\"\">"};
+}
+
+/// Copies the media file into the folder and writes its page beside it. The page comes last: without it the folder is
+/// no wallpaper.
+Result<void> addMedia(const Source& source, const Media& media, const fs::path& folder, Files& files) {
+  if (!isFitForPage(source.extension)) {
+    return Error{"“." + source.extension + "” can't be the extension of a wallpaper's file"};
+  }
+  if (auto made = files.createFolders(folder); !made) return made;
+  if (auto copied = files.copyFile(source.file, folder / media.name); !copied) return copied;
+  return files.write(folder / "index.html", pageAround(media.element, source.baseName));
+}
+
+Result<void> addPage(const Source& source, const fs::path& folder, Files& files) {
+  if (auto made = files.createFolders(folder); !made) return made;
+  return files.copyFile(source.file, folder / "index.html");
+}
+
+}  // namespace
+
+void Controller::addWallpaper() {
+  const auto chosen = platform_.openPanels.run(
+      {.title = "Add Wallpaper",
+       .message = "Choose a video, GIF, image, or web page (.html). It will play behind your desktop icons.",
+       .prompt = "Add",
+       .allowsMultipleSelection = true,
+       .allowedTypes = {FileType::video, FileType::image, FileType::webPage}});
+  std::optional<Wallpaper> last;
+  for (const fs::path& file : chosen) {
+    if (auto added = importWallpaper(file)) last = std::move(added);
+  }
+  if (last) show(*last);
+}
+
+std::optional<Wallpaper> Controller::importWallpaper(const fs::path& from) {
+  const Source source = describe(from, platform_.fileTypes, platform_.textOrder);
+  const Wallpaper wallpaper{{freeFolder(library_, source.baseName, platform_.files)}};
+  const Media media = mediaOf(source);
+  const auto added = source.type == FileType::webPage ? addPage(source, wallpaper.folder.path, platform_.files)
+                                                      : addMedia(source, media, wallpaper.folder.path, platform_.files);
+  if (!added) {
+    const std::string name = escapedUtf8(from.filename().native());
+    log("couldn't add " + name + ": " + added.error().description);
+    platform_.alerts.run({.message = "Couldn't add " + name, .information = added.error().description});
+    return std::nullopt;
+  }
+  if (source.type == FileType::video) {
+    makeStill(wallpaper.folder.path / media.name, wallpaper.folder.path / "still.jpg");
+  }
+  log("added " + wallpaper.name());
+  return wallpaper;
+}
+
+}  // namespace tavelle

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "platform/open_panel.h"
+
+namespace Gtk {
+class FileChooserNative;
+}
+
+namespace tavelle {
+
+/// The portal's file dialog where GTK is to use the portal, else GTK's own.
+class GtkOpenPanels final : public OpenPanels {
+ public:
+  std::vector<std::filesystem::path> run(const OpenPanel& panel) override;
+  /// Closes the panel that is open, if any, as if the user had cancelled.
+  void cancel();
+
+ private:
+  Gtk::FileChooserNative* open_ = nullptr;
+};
+
+}  // namespace tavelle

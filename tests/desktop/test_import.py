@@ -1,0 +1,131 @@
+"""Bringing wallpapers in: the chooser, the portal in its place, the alert, and what then plays."""
+
+import subprocess
+
+import pytest
+from dialogs import dialog, press, wait_for_dialog
+from gi.repository import Gio, GLib
+from session import color_page, wait_until
+from Xlib import XK
+
+CHOOSER = "Add Wallpaper"
+PORTAL = """<node><interface name="org.freedesktop.portal.FileChooser">
+<property name="version" type="u" access="read"/>
+<method name="OpenFile"><arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="a{sv}" direction="in"/>
+<arg type="o" direction="out"/></method></interface></node>"""
+
+
+def start_choosing_in(tavelle, folder):
+    """Plays, with a chooser that shows this folder when it opens."""
+    settings = tavelle.home / ".config/glib-2.0/settings/keyfile"
+    settings.parent.mkdir(parents=True)
+    settings.write_text("[org/gtk/settings/file-chooser]\nstartup-mode='cwd'\n")
+    folder.mkdir()
+    tavelle.environment |= {"GSETTINGS_BACKEND": "keyfile"}
+    tavelle.play(color_page("#008000"), cwd=folder)
+
+
+def choose_all(tavelle, view):
+    """Adds all files by keyboard alone."""
+    tavelle.act("add")
+    wait_for_dialog(view, CHOOSER)
+
+    def closes():
+        if not dialog(view, CHOOSER):
+            return True
+        press(view, XK.XK_a, [XK.XK_Control_L])
+        press(view, XK.XK_Return)
+        return False
+    # The chooser takes a while to find the files, and to close: no key may reach what comes next.
+    wait_until(closes, 20, "the chooser to close", 1)
+
+
+def is_red(color):
+    return color >> 16 > 0xE0 and color & 0xFFFF < 0x2020
+
+
+def test_what_is_chosen_by_keyboard_plays(tavelle, view, tmp_path):
+    start_choosing_in(tavelle, tmp_path / "in")
+    subprocess.run(["ffmpeg", "-v", "error", "-f", "lavfi", "-i", "color=red:s=320x180:d=1", "-pix_fmt", "yuv420p",
+                    tmp_path / "in/red.mp4"], check=True, stdin=subprocess.DEVNULL)
+    (tmp_path / "in/page.html").write_text(color_page("#000080"))
+    (tmp_path / "in/no wallpaper.txt").write_text("Dear diary")
+    choose_all(tavelle, view)
+    tavelle.wait("showing red")
+    for place in [(0, 0, 1280, 720), (1280, 0, 1280, 720)]:
+        wait_until(lambda: all(map(is_red, view.colors(*place))), 30, "the video")
+    assert {each.name for each in tavelle.library.iterdir()} == {"Own", "page", "red"}
+    assert sorted(each.name for each in (tavelle.library / "red").iterdir()) == ["index.html", "still.jpg", "video.mp4"]
+    # A second wish finds the chooser that is open; closing it adds nothing.
+    tavelle.act("add")
+    wait_for_dialog(view, CHOOSER)
+    tavelle.act("add")
+    press(view, XK.XK_Escape)
+    wait_until(lambda: not dialog(view, CHOOSER), 20, "the chooser to close")
+    assert len(tavelle.found("added ")) == 2
+
+
+def test_an_alert_tells_what_could_not_be_added(tavelle, view, tmp_path):
+    start_choosing_in(tavelle, tmp_path / "in")
+    (tmp_path / "in/page.html").write_text(color_page("#000080"))
+    tavelle.library.rename(tavelle.home / "moved away")
+    tavelle.library.write_text("")
+    choose_all(tavelle, view)
+    tavelle.wait("couldn't add page.html: .*Not a directory")
+    wait_for_dialog(view)
+    press(view, XK.XK_Return)
+    wait_until(lambda: not dialog(view), 20, "the alert to go")
+
+
+class Portal:
+    """The desktop's own chooser, for programs that ask for it."""
+
+    def __init__(self, bus, chosen):
+        self.asked = []
+        self.chosen = chosen
+        self.bus = bus
+        # The answer goes to the program alone, as the portal sends it.
+        info = Gio.DBusNodeInfo.new_for_xml(PORTAL).interfaces[0]
+        self.object = bus.register_object("/org/freedesktop/portal/desktop", info, self.call,
+                                          lambda *_: GLib.Variant("u", 3), None)
+        bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
+                      GLib.Variant("(su)", ("org.freedesktop.portal.Desktop", 0)), None, 0, -1, None)
+
+    def call(self, _bus, sender, _path, _interface, _method, parameters, invocation):
+        _parent, title, options = parameters.unpack()
+        self.asked.append((title, options))
+        request = f"/org/freedesktop/portal/desktop/request/{sender[1:].replace('.', '_')}/{options['handle_token']}"
+        invocation.return_value(GLib.Variant("(o)", (request,)))
+        if self.chosen:
+            answer = {"uris": GLib.Variant("as", [each.as_uri() for each in self.chosen])}
+            self.bus.emit_signal(sender, request, "org.freedesktop.portal.Request", "Response",
+                                 GLib.Variant("(ua{sv})", (0, answer)))
+
+
+@pytest.mark.parametrize("answers", [True, False])
+def test_the_portal_chooses_where_it_is_wanted(tavelle, tmp_path, answers):
+    sources = [tmp_path / "one.html", tmp_path / "two <&>.html"]
+    for source in sources:
+        source.write_text(color_page("#000080"))
+    portal = Portal(tavelle.bus, sources if answers else [])
+    tavelle.store()
+    tavelle.start(GTK_USE_PORTAL="1")
+    tavelle.wait("launched")
+    tavelle.act("add")
+
+    def turn(condition):
+        def turned():
+            GLib.MainContext.default().iteration(False)
+            return condition()
+        return turned
+    wait_until(turn(lambda: portal.asked), 20, "the portal to be asked")
+    title, options = portal.asked[0]
+    assert title == CHOOSER and options["accept_label"] == "Add" and options["multiple"]
+    mime_types = {name for _kind, name in options["filters"][0][1]}
+    assert mime_types >= {"video/*", "image/*", "text/html"}
+    if answers:
+        # GTK hands on what the portal tells in an order of its own.
+        wait_until(turn(lambda: tavelle.found("showing (one|two <&>)$")), 20, "the last of them")
+        assert sorted(tavelle.library.iterdir()) == [tavelle.library / "one", tavelle.library / "two <&>"]
+    # Also one that nobody has answered keeps the program no longer than it wants to run.
+    assert tavelle.stop() == 0
