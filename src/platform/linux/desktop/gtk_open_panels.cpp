@@ -20,7 +20,7 @@ void bringToFront() {
 }  // namespace
 
 std::vector<std::filesystem::path> GtkOpenPanels::run(const OpenPanel& panel) {
-  if (open_) {
+  if (waiting_) {
     bringToFront();
     return {};
   }
@@ -36,9 +36,18 @@ std::vector<std::filesystem::path> GtkOpenPanels::run(const OpenPanel& panel) {
     for (const char* const mimeType : mimeTypesOf(type)) filter->add_mime_type(mimeType);
   }
   chooser->add_filter(filter);
-  open_ = chooser.operator->();
-  const int answer = chooser->run();
-  open_ = nullptr;
+  // Not the chooser's own way of waiting: that ends early only by hiding it, which brings GTK down while the portal is
+  // being called.
+  int answer = Gtk::RESPONSE_CANCEL;
+  sigc::connection answered = chooser->signal_response().connect([&](int response) {
+    answer = response;
+    waiting_->quit();
+  });
+  waiting_ = Glib::MainLoop::create();
+  chooser->show();
+  waiting_->run();
+  waiting_.reset();
+  answered.disconnect();
   if (answer != Gtk::RESPONSE_ACCEPT) return {};
   std::vector<std::filesystem::path> chosen;
   for (const std::string& file : chooser->get_filenames()) chosen.emplace_back(file);
@@ -46,7 +55,7 @@ std::vector<std::filesystem::path> GtkOpenPanels::run(const OpenPanel& panel) {
 }
 
 void GtkOpenPanels::cancel() {
-  if (open_) open_->hide();
+  if (waiting_) waiting_->quit();
 }
 
 }  // namespace tavelle

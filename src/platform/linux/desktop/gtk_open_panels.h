@@ -1,10 +1,8 @@
 #pragma once
 
-#include "platform/open_panel.h"
+#include <glibmm/main.h>
 
-namespace Gtk {
-class FileChooserNative;
-}
+#include "platform/open_panel.h"
 
 namespace tavelle {
 
@@ -16,7 +14,8 @@ class GtkOpenPanels final : public OpenPanels {
   void cancel();
 
  private:
-  Gtk::FileChooserNative* open_ = nullptr;
+  /// Runs while a panel is open.
+  Glib::RefPtr<Glib::MainLoop> waiting_;
 };
 
 }  // namespace tavelle
