@@ -103,6 +103,11 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   void chooseFrameRate(std::int64_t framesPerSecond);
   void chooseResolution(double scale);
 
+  // --- Menu (menu/)
+
+  /// Has the application started at login, or no longer started. A failure is told to the user.
+  void toggleLogin();
+
  private:
   void webViewDidFinish(WebView& view) override;
   void webViewDidFail(WebView& view, const Error& error) override;

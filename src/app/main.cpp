@@ -16,6 +16,7 @@
 #include "library/deletion.h"
 #include "platform/application.h"
 #include "platform/files.h"
+#include "platform/linux/autostart_entry.h"
 #include "platform/linux/child_processes.h"
 #include "platform/linux/child_video_frames.h"
 #include "platform/linux/desktop_services.h"
@@ -77,6 +78,7 @@ class Services {
             .desktopPicture = desktop_.desktopPicture(),
             .files = files_,
             .fileTypes = fileTypes_,
+            .loginItem = loginItem_,
             .mainLoop = mainLoop_,
             .openPanels = desktop_.openPanels(),
             .processes = processes_,
@@ -101,6 +103,7 @@ class Services {
   IcuTextOrder textOrder_;
   LinuxFiles files_;
   MimeFileTypes fileTypes_;
+  AutostartEntry loginItem_{autostartFolders(), executableFile()};
   PlistDefaults defaults_{defaultsFile()};
   ChildVideoFrames videoFrames_{privateLibraryFolder() / "video-frame"};
   SystemClock clock_;

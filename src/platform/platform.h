@@ -12,6 +12,7 @@ class Clock;
 class DesktopPicture;
 class FileTypes;
 class Files;
+class LoginItem;
 class MainLoop;
 class OpenPanels;
 class Processes;
@@ -32,6 +33,7 @@ struct Platform {
   DesktopPicture& desktopPicture;
   Files& files;
   FileTypes& fileTypes;
+  LoginItem& loginItem;
   MainLoop& mainLoop;
   OpenPanels& openPanels;
   Processes& processes;

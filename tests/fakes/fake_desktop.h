@@ -12,6 +12,7 @@
 #include "platform/application.h"
 #include "platform/clock.h"
 #include "platform/desktop_picture.h"
+#include "platform/login_item.h"
 #include "platform/open_panel.h"
 #include "platform/processes.h"
 #include "platform/screens.h"
@@ -64,6 +65,20 @@ struct FakeWorkspace final : Workspace {
   }
   std::vector<std::filesystem::path> opened;
   std::function<void()> happened;
+};
+
+struct FakeLoginItem final : LoginItem {
+  LoginItemStatus status() const override { return now; }
+  Result<void> registerApplication() override { return change(whenRegistered); }
+  Result<void> unregister() override { return change(LoginItemStatus::notRegistered); }
+  Result<void> change(LoginItemStatus to) {
+    if (trouble) return Error{*trouble};
+    now = to;
+    return {};
+  }
+  LoginItemStatus now = LoginItemStatus::notRegistered;
+  LoginItemStatus whenRegistered = LoginItemStatus::enabled;
+  std::optional<std::string> trouble;
 };
 
 struct FakeScreens final : Screens {

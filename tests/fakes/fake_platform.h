@@ -31,6 +31,7 @@ struct FakePlatform {
             .desktopPicture = desktopPicture,
             .files = files,
             .fileTypes = fileTypes,
+            .loginItem = loginItem,
             .mainLoop = mainLoop,
             .openPanels = openPanels,
             .processes = processes,
@@ -65,6 +66,7 @@ struct FakePlatform {
   FakeDesktopPicture desktopPicture;
   FakeFiles files;
   MimeFileTypes fileTypes;
+  FakeLoginItem loginItem;
   FakeMainLoop mainLoop;
   FakeOpenPanels openPanels;
   FakeProcesses processes;

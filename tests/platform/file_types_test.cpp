@@ -11,7 +11,8 @@ TEST(MimeFileTypes, KnowTheCommonExtensions) {
   const std::map<FileType, std::vector<const char*>> expected{
       {FileType::webPage, {"html", "htm", "xhtml", "HTM"}},
       {FileType::video,
-       {"mp4", "m4v", "mov", "webm", "mkv", "avi", "mpg", "ogv", "wmv", "flv", "3gp", "mxf", "asf", "ts", "m2ts", "MP4"}},
+       {"mp4", "m4v", "mov", "webm", "mkv", "avi", "mpg", "ogv", "wmv", "flv", "3gp", "mxf", "asf", "ts", "m2ts",
+        "MP4"}},
       {FileType::image, {"gif", "png", "jpg", "jpeg", "webp", "avif", "svg", "heic", "bmp", "tiff", "JPG"}},
       {FileType::other, {"", "txt", "pdf", "mp3", "nonsense", "mp4 ", "\xFF"}}};
   for (const auto& [type, extensions] : expected) {

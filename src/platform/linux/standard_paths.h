@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <vector>
 
 namespace tavelle {
 
@@ -13,6 +14,13 @@ std::filesystem::path defaultsFile();
 
 /// What the wallpaper agent remembers from one run to the next, below `$XDG_STATE_HOME`.
 std::filesystem::path agentMemoryFile();
+
+/// The folders of the entries that a desktop session starts at login, the user's own first; an entry hides those of the
+/// same name in the folders behind it. They need not exist.
+std::vector<std::filesystem::path> autostartFolders();
+
+/// The file that this process runs, also when a newer one has been put in its place meanwhile.
+std::filesystem::path executableFile();
 
 /// "<prefix>/share/tavelle" for an executable in "<prefix>/bin"; none when it does not exist.
 std::optional<std::filesystem::path> resourceFolder();

@@ -1,0 +1,50 @@
+#include <gtest/gtest.h>
+
+#include "app/controller.h"
+#include "fakes/fake_platform.h"
+
+namespace tavelle {
+namespace {
+
+using Lines = std::vector<std::string>;
+using enum LoginItemStatus;
+
+TEST(OpenAtLogin, FlipsTheRegistration) {
+  struct Case {
+    LoginItemStatus before;
+    LoginItemStatus whenRegistered;
+    LoginItemStatus after;
+    const char* line;
+  };
+  for (const auto& [before, whenRegistered, after, line] :
+       std::initializer_list<Case>{{notRegistered, enabled, enabled, "open at login: true"},
+                                   {notFound, enabled, enabled, "open at login: true"},
+                                   {requiresApproval, enabled, enabled, "open at login: true"},
+                                   {notRegistered, requiresApproval, requiresApproval, "open at login: false"},
+                                   {enabled, enabled, notRegistered, "open at login: false"}}) {
+    FakePlatform platform;
+    platform.loginItem.now = before;
+    platform.loginItem.whenRegistered = whenRegistered;
+    Controller(platform).toggleLogin();
+    EXPECT_EQ(platform.loginItem.now, after) << line;
+    EXPECT_EQ(platform.log(), Lines{line});
+    EXPECT_TRUE(platform.alerts.shown.empty());
+  }
+}
+
+TEST(OpenAtLogin, TellsWhatWentWrong) {
+  for (const auto before : {notRegistered, enabled}) {
+    FakePlatform platform;
+    platform.loginItem.now = before;
+    platform.loginItem.trouble = "the disk is full";
+    Controller(platform).toggleLogin();
+    EXPECT_EQ(platform.log(), Lines{"open at login failed: the disk is full"});
+    ASSERT_EQ(platform.alerts.shown.size(), 1U);
+    EXPECT_EQ(platform.alerts.shown[0].message, "Couldn't turn on Open at Login");
+    EXPECT_EQ(platform.alerts.shown[0].information,
+              "Add Tavelle in System Settings > General > Login Items instead.\n\nthe disk is full");
+  }
+}
+
+}  // namespace
+}  // namespace tavelle

@@ -1,0 +1,156 @@
+#include "platform/linux/autostart_entry.h"
+
+#include <gio/gdesktopappinfo.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <fstream>
+#include <iterator>
+
+#include "fakes/temporary_folder.h"
+#include "platform/linux/handles.h"
+
+namespace tavelle {
+namespace {
+
+namespace fs = std::filesystem;
+using enum LoginItemStatus;
+
+struct Autostart : testing::Test {
+  Autostart() { put(program, "#!/bin/sh\n"); }
+  static void put(const fs::path& file, const std::string& content) {
+    fs::create_directories(file.parent_path());
+    std::ofstream(file) << content;
+    chmod(file.c_str(), 0755);
+  }
+  static std::string content(const fs::path& file) {
+    std::ifstream stream(file);
+    return {std::istreambuf_iterator<char>(stream), {}};
+  }
+  AutostartEntry entryFor(const fs::path& executable) const { return {{home, system}, executable}; }
+
+  TemporaryFolder folder;
+  const fs::path home = folder.path() / "home/autostart";
+  const fs::path system = folder.path() / "system/autostart";
+  const fs::path users = home / "tavelle.desktop";
+  const fs::path systems = system / "tavelle.desktop";
+  const fs::path program = folder.path() / "bin/tavelle";
+  AutostartEntry item = entryFor(program);
+  const std::string head = "[Desktop Entry]\nType=Application\nName=T\n";
+};
+
+TEST_F(Autostart, TellsWhatTheSessionWillDo) {
+  const std::string run = head + "Exec=true --now\n";
+  const struct {
+    std::string users;
+    std::string systems;
+    LoginItemStatus status;
+    LoginItemStatus registered;
+    LoginItemStatus unregistered;
+  } cases[]{{"", "", notRegistered, enabled, notRegistered},
+            {run, "", enabled, enabled, notRegistered},
+            {run + "Hidden=true\n", "", notRegistered, enabled, notRegistered},
+            {run + "Hidden=false\nX-GNOME-Autostart-enabled=true\n", "", enabled, enabled, notRegistered},
+            {run + "X-GNOME-Autostart-enabled=false\n", "", requiresApproval, enabled, notRegistered},
+            {run + "X-MATE-Autostart-enabled=false\n", "", requiresApproval, enabled, notRegistered},
+            {run + "OnlyShowIn=Elsewhere;\n", "", requiresApproval, requiresApproval, notRegistered},
+            {head + "Exec=/gone/tavelle\n", "", notFound, enabled, notRegistered},
+            {run + "TryExec=/gone/tavelle\n", "", notFound, enabled, notRegistered},
+            {head + "Exec=\"unfinished\n", "", notFound, enabled, notRegistered},
+            {"damaged", "", notFound, notFound, notFound},
+            {"[Other Group]\n", "", notFound, notFound, notFound},
+            {"", run, enabled, enabled, notRegistered},
+            {"", run + "X-GNOME-Autostart-enabled=false\n", requiresApproval, enabled, notRegistered},
+            {run + "Hidden=true\n", run, notRegistered, enabled, notRegistered}};
+  for (const auto& each : cases) {
+    const auto start = [&] {
+      fs::remove_all(home);
+      fs::remove_all(system);
+      if (!each.users.empty()) put(users, each.users);
+      if (!each.systems.empty()) put(systems, each.systems);
+    };
+    start();
+    EXPECT_EQ(item.status(), each.status) << each.users << each.systems;
+    EXPECT_EQ(static_cast<bool>(item.registerApplication()), each.registered != notFound);
+    EXPECT_EQ(item.status(), each.registered) << each.users << each.systems;
+    start();
+    EXPECT_EQ(static_cast<bool>(item.unregister()), each.unregistered != notFound);
+    EXPECT_EQ(item.status(), each.unregistered) << each.users << each.systems;
+    if (each.unregistered == notFound) {
+      EXPECT_EQ(content(users), each.users);
+    }
+    EXPECT_EQ(content(systems), each.systems);
+  }
+}
+
+TEST_F(Autostart, LeavesNothingBehindOfItsOwn) {
+  ASSERT_TRUE(item.registerApplication());
+  const auto info = adopt(g_desktop_app_info_new_from_filename(users.c_str()));
+  ASSERT_TRUE(info) << content(users);
+  EXPECT_TRUE(g_desktop_app_info_get_show_in(info.get(), "XFCE"));
+  ASSERT_TRUE(item.unregister());
+  EXPECT_TRUE(fs::is_empty(home));
+}
+
+TEST_F(Autostart, KeepsWhatOthersWroteIntoIt) {
+  const std::string kept = "# mine\n\n" + head + "Name[de]=Tapete\nExec=env LANG=C " + program.native() +
+                           " # later\nX-GNOME-Autostart-Delay=5\nOnlyShowIn=KDE;XFCE;\n\n[Desktop Action a]\nName=A\n";
+  put(users, kept);
+  for (int i = 0; i < 3; ++i) {
+    ASSERT_TRUE(item.unregister());
+    EXPECT_NE(content(users), kept);
+    ASSERT_TRUE(item.registerApplication());
+  }
+  EXPECT_EQ(content(users), kept);
+}
+
+TEST_F(Autostart, StartsTheProgramWhereverItIs) {
+  for (const std::string name :
+       {"plain", "two words", "a\"b'c", "a\\b\\\\", "$HOME `x`", "100%", "%f %%", "a;b#c=d", "é\tü"}) {
+    const fs::path executable = folder.path() / name / "tavelle";
+    put(executable, "#!/bin/sh\n");
+    auto entry = entryFor(executable);
+    ASSERT_TRUE(entry.registerApplication());
+    EXPECT_EQ(entry.status(), enabled) << content(users);
+    const std::unique_ptr<GKeyFile, FreeWith<g_key_file_unref>> keys(g_key_file_new());
+    ASSERT_TRUE(g_key_file_load_from_file(keys.get(), users.c_str(), G_KEY_FILE_NONE, nullptr));
+    const GCharPtr line(g_key_file_get_string(keys.get(), "Desktop Entry", "Exec", nullptr));
+    // What a session makes of the field codes, before a shell would take the words apart.
+    std::string expanded;
+    for (const char* each = line.get(); *each; ++each) {
+      if (*each == '%') {
+        ASSERT_EQ(*++each, '%') << line.get();
+      }
+      expanded += *each;
+    }
+    char** words = nullptr;
+    ASSERT_TRUE(g_shell_parse_argv(expanded.c_str(), nullptr, &words, nullptr)) << expanded;
+    const std::unique_ptr<char*, FreeWith<g_strfreev>> owned(words);
+    EXPECT_EQ(words[0], executable.native());
+    EXPECT_EQ(words[1], nullptr);
+  }
+  fs::remove_all(folder.path() / "é\tü");
+  EXPECT_EQ(item.status(), notFound) << "uninstalled";
+}
+
+TEST_F(Autostart, RefusesWithAReasonAndLosesNothing) {
+  const auto unnameable = entryFor(folder.path() / "\xff/tavelle").registerApplication();
+  ASSERT_FALSE(unnameable);
+  EXPECT_NE(unnameable.error().description.find("\\xFF/tavelle"), std::string::npos);
+  EXPECT_FALSE(fs::exists(home));
+
+  put(home, "a file in the folder's place");
+  const auto blocked = item.registerApplication();
+  ASSERT_FALSE(blocked);
+  EXPECT_NE(blocked.error().description.find(home.native()), std::string::npos);
+  EXPECT_EQ(content(home), "a file in the folder's place");
+
+  fs::remove(home);
+  fs::create_directories(users / "in the entry's place");
+  EXPECT_FALSE(item.registerApplication());
+  EXPECT_EQ(item.status(), notFound);
+  EXPECT_TRUE(fs::exists(users / "in the entry's place"));
+}
+
+}  // namespace
+}  // namespace tavelle
