@@ -1,0 +1,161 @@
+"""Panels that show the program's icon, and the probe that puts it there."""
+
+import configparser
+import os
+import subprocess
+import threading
+
+from gi.repository import Gio, GLib
+from session import BINARY, PATIENCE, X, end, error, wait_until
+from Xlib.ext import xtest
+
+PROBE = BINARY.parent.parent / "tests/tray_icon_probe"
+XFCONF_SERVICE = "/usr/share/dbus-1/services/org.xfce.Xfconf.service"
+NO_BUS = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}
+WATCHER = "org.kde.StatusNotifierWatcher"
+WATCHER_XML = f"""<node><interface name="{WATCHER}">
+<method name="RegisterStatusNotifierItem"><arg type="s" direction="in"/></method>
+<property name="IsStatusNotifierHostRegistered" type="b" access="read"/></interface></node>"""
+SETTINGS = """<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfce4-panel" version="1.0"><property name="configver" type="int" value="2"/>
+<property name="panels" type="array"><value type="int" value="1"/>
+<property name="dark-mode" type="bool" value="{dark}"/>
+<property name="panel-1" type="empty"><property name="position" type="string" value="p=6;x=0;y=0"/>
+<property name="length" type="uint" value="100"/><property name="position-locked" type="bool" value="true"/>
+<property name="size" type="uint" value="30"/>
+<property name="plugin-ids" type="array"><value type="int" value="1"/></property></property></property>
+<property name="plugins" type="empty"><property name="plugin-1" type="string" value="systray">
+<property name="square-icons" type="bool" value="true"/></property></property></channel>"""
+
+
+class Probe:
+    """A program with the icon."""
+
+    def __init__(self, desktop, **environment):
+        self.process = subprocess.Popen([PROBE], env=desktop.environment | environment, stdin=subprocess.PIPE,
+                                        stdout=subprocess.PIPE)
+        os.set_blocking(self.process.stdout.fileno(), False)
+        self.said = ""
+
+    def clicks(self):
+        """The places that were clicked so far."""
+        self.said += (self.process.stdout.read() or b"").decode()
+        return [tuple(map(int, line.split()[1:])) for line in self.said.splitlines()]
+
+    def wait(self, count):
+        """Waits for so many clicks in all, and gives the place of the last."""
+        return wait_until(lambda: self.clicks()[count - 1:], PATIENCE, f"click {count}: {self.said}")[0]
+
+    def tell(self, command):
+        self.process.stdin.write(command.encode() + b"\n")
+        self.process.stdin.flush()
+
+
+class Panel:
+    """Xfce's panel, with nothing but its tray, at the top of the screen; it takes icons both from the bus and from the X
+    server."""
+
+    def __init__(self, desktop, home, dark=False):
+        settings = home / ".config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml"
+        settings.parent.mkdir(parents=True)
+        settings.write_text(SETTINGS.format(dark=str(dark).lower()))
+        self.environment = desktop.environment | {"HOME": str(home), "XDG_CONFIG_HOME": str(home / ".config")}
+        service = configparser.RawConfigParser()
+        service.read(XFCONF_SERVICE)
+        self.started = [self._start(service["D-BUS Service"]["Exec"].split())]
+        desktop.run("gdbus", "wait", "--session", "--timeout", "30", "org.xfce.Xfconf")
+        self.start()
+
+    def _start(self, command):
+        return subprocess.Popen(command, env=self.environment, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                stderr=subprocess.DEVNULL)
+
+    def start(self):
+        self.started.append(self._start(["xfce4-panel", "--disable-wm-check"]))
+
+    def stop(self):
+        end(self.started.pop())
+
+    def close(self):
+        for process in reversed(self.started):
+            end(process)
+
+
+class Watcher:
+    """The place on the bus where icons are registered, with or without a panel behind it."""
+
+    def __init__(self, desktop, host):
+        self.host = host
+        self.items = []
+        self.bus = connect(desktop)
+        self.name = 0
+        self.loop = GLib.MainLoop()
+        self.thread = threading.Thread(target=self.loop.run, daemon=True)
+        description = Gio.DBusNodeInfo.new_for_xml(WATCHER_XML).interfaces[0]
+        self.bus.register_object("/StatusNotifierWatcher", description, self._called, self._asked)
+
+    def __enter__(self):
+        self.thread.start()
+        self.name = Gio.bus_own_name_on_connection(self.bus, WATCHER, Gio.BusNameOwnerFlags.NONE)
+        return self
+
+    def __exit__(self, *_):
+        Gio.bus_unown_name(self.name)
+        self.bus.close_sync()
+        self.loop.quit()
+        self.thread.join()
+
+    def _called(self, _bus, _sender, _path, _interface, _method, arguments, call):
+        self.items.append(arguments.unpack()[0])
+        call.return_value(None)
+
+    def _asked(self, *_):
+        return GLib.Variant("b", self.host)
+
+    def set_host(self, host):
+        self.host = host
+        self.bus.emit_signal(None, "/StatusNotifierWatcher", WATCHER, "StatusNotifierHostRegistered", None)
+
+    def call(self, method, arguments, interface="org.kde.StatusNotifierItem"):
+        return self.bus.call_sync(self.items[-1], "/StatusNotifierItem", interface, method, arguments, None, 0, -1, None)
+
+    def properties(self):
+        return self.call("GetAll", GLib.Variant("(s)", ("org.kde.StatusNotifierItem",)),
+                         "org.freedesktop.DBus.Properties").unpack()[0]
+
+
+def connect(desktop):
+    flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
+    return Gio.DBusConnection.new_for_address_sync(desktop.environment["DBUS_SESSION_BUS_ADDRESS"], flags, None, None)
+
+
+def in_sight(view):
+    """The rectangle of the one icon in the panel at the top of the screen; none while it shows anything else."""
+    width = 100
+    pixels = view.pixels(0, 0, width, 28)
+    own = pixels[-1]
+    found = [(i % width, i // width) for i, pixel in enumerate(pixels) if pixel != own]
+    if own == 0 or not found:  # the bare screen is black
+        return None
+    left, top, right, bottom = (pick(each[i] for each in found) for pick in (min, max) for i in (0, 1))
+    width, height = right - left + 1, bottom - top + 1
+    return (left, top, width, height) if 16 <= height <= 24 and width <= height else None
+
+
+def embedded(view):
+    """The icons that an X tray shows."""
+    found = []
+    for window in view.windows():
+        try:
+            if window.get_wm_name() == "Tavelle" and window.get_attributes().map_state == X.IsViewable:
+                found.append(window)
+        except error.BadWindow:
+            pass
+    return found
+
+
+def click(view, x, y, button):
+    xtest.fake_input(view.display, X.MotionNotify, x=x, y=y)
+    for kind in (X.ButtonPress, X.ButtonRelease):
+        xtest.fake_input(view.display, kind, button)
+    view.display.sync()
