@@ -1,12 +1,10 @@
 #include "platform/linux/desktop_services.h"
 
-#include <dlfcn.h>
-
 #include <algorithm>
 #include <array>
 #include <cstdlib>
 
-#include "platform/linux/standard_paths.h"
+#include "platform/linux/private_library.h"
 
 namespace tavelle {
 
@@ -19,12 +17,9 @@ bool hasDisplay() {
 }
 
 Result<std::unique_ptr<DesktopServices>> openDesktop() {
-  // Never unloaded: the toolkit leaves callbacks behind that run at the end of the process.
-  void* const library = dlopen((privateLibraryFolder() / "desktop.so").c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (!library) return Error{dlerror()};
-  auto* const open = reinterpret_cast<OpenDesktop*>(dlsym(library, "tavelleOpenDesktop"));
-  if (!open) return Error{dlerror()};
-  return open();
+  const auto open = loadPrivateLibrary("desktop.so", "tavelleOpenDesktop");
+  if (!open) return open.error();
+  return reinterpret_cast<OpenDesktop*>(*open)();
 }
 
 }  // namespace tavelle

@@ -1,0 +1,17 @@
+#include "platform/linux/private_library.h"
+
+#include <dlfcn.h>
+
+#include "platform/linux/standard_paths.h"
+
+namespace tavelle {
+
+Result<void*> loadPrivateLibrary(const char* library, const char* function) {
+  void* const loaded = dlopen((privateLibraryFolder() / library).c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (!loaded) return Error{dlerror()};
+  void* const found = dlsym(loaded, function);
+  if (!found) return Error{dlerror()};
+  return found;
+}
+
+}  // namespace tavelle
