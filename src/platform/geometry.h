@@ -4,6 +4,14 @@
 
 namespace tavelle {
 
+/// A place in the coordinate space that its holder names.
+struct Point {
+  double x = 0;
+  double y = 0;
+
+  friend bool operator==(const Point&, const Point&) = default;
+};
+
 /// A rectangle in the coordinate space that its holder names. The unit is the desktop's logical pixel where the holder
 /// says nothing else.
 struct Rect {
@@ -15,6 +23,10 @@ struct Rect {
   double maxX() const { return x + width; }
   double maxY() const { return y + height; }
   bool isEmpty() const { return !(width > 0 && height > 0); }
+  /// A point on the left or top edge lies in the rectangle, one on the right or bottom edge does not.
+  bool contains(const Point& point) const {
+    return point.x >= x && point.x < maxX() && point.y >= y && point.y < maxY();
+  }
 
   friend bool operator==(const Rect&, const Rect&) = default;
 };

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <optional>
+
+#include "platform/canvas.h"
+#include "platform/linux/drawing/drawing_handles.h"
+
+namespace tavelle {
+
+/// Draws with Cairo, and text with Pango. A point is a unit of the Cairo context's space as it is when the canvas is
+/// made: a scale or a surface's device scale gives more pixels a point.
+class CairoCanvas final : public Canvas {
+ public:
+  /// `context` is kept alive; it must not be in an error state. Text follows the font options of `text`; without one,
+  /// those of the context's surface.
+  explicit CairoCanvas(cairo_t* context, PangoContext* text = nullptr);
+
+  void save() override { cairo_save(context_.get()); }
+  void restore() override { cairo_restore(context_.get()); }
+  void translate(double x, double y) override { cairo_translate(context_.get(), x, y); }
+  void clip(const Rect& area) override;
+  void fillRoundedRect(const Rect& area, double radius, const Color& color) override;
+  FontMetrics metrics(const Font& font) override;
+  void drawText(std::string_view text, const Rect& area, const Font& font, const Color& color) override;
+  std::optional<Size> symbolSize(std::string_view name, double pointSize) const override;
+  void drawSymbol(std::string_view name, double pointSize, const Point& corner, const Color& color) override;
+
+ private:
+  void setColor(const Color& color);
+  void use(const Font& font);
+  double toPixelRow(double y) const;
+
+  CairoPtr context_;
+  GObjectPtr<PangoLayout> layout_;
+  /// What the layout is set to: menus take one font for all.
+  std::optional<Font> font_;
+  FontMetrics metrics_;
+};
+
+}  // namespace tavelle
