@@ -1,0 +1,113 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/geometry.h"
+
+namespace tavelle {
+
+class Canvas;
+struct MenuTheme;
+
+/// Where a tree of views is shown.
+class ViewHost {
+ public:
+  virtual ~ViewHost() = default;
+
+  /// What the tree shows in `area`, in its root's coordinates, is out of date. Nothing may be drawn inside this call.
+  virtual void needsDisplay(const Rect& area) = 0;
+  /// A scroll view of the tree has moved its content, for whatever reason.
+  virtual void scrolled() {}
+};
+
+/// What an assistive technology is told of a view.
+struct Accessibility {
+  enum class Role { menuItem };
+
+  Role role;
+  std::string label;
+  bool checked;
+};
+
+/// A rectangle that draws and hears of the pointer, with further ones in it. Sizes are points; each view has
+/// coordinates of its own, with the origin in its top-left corner and y growing downward. Subviews lie one over the
+/// other in the order in which they were added. Main thread only.
+///
+/// A superview owns its subviews; whoever else knows one holds it weakly.
+class View : public std::enable_shared_from_this<View> {
+ public:
+  enum class Autoresizing { none, widthFollowsSuperview };
+
+  explicit View(const Rect& frame, Autoresizing autoresizing = Autoresizing::none);
+  View(const View&) = delete;
+  View& operator=(const View&) = delete;
+  virtual ~View();
+
+  /// In the superview's coordinates.
+  const Rect& frame() const { return frame_; }
+  /// In the view's own.
+  Rect bounds() const { return {0, 0, frame_.width, frame_.height}; }
+  /// Subviews whose width follows grow and shrink by as much as this view does.
+  virtual void setFrame(const Rect& frame);
+
+  /// None for the root of a tree.
+  const View* superview() const { return superview_; }
+  const std::vector<std::shared_ptr<View>>& subviews() const { return subviews_; }
+  /// For each view once.
+  template <typename T>
+  T& addSubview(std::shared_ptr<T> view) {
+    T& added = *view;
+    adopt(std::move(view));
+    return added;
+  }
+  void removeSubviews();
+
+  /// Only for the root of a tree. `host` must outlive the tree, or be replaced by none.
+  void setHost(ViewHost* host) { host_ = host; }
+  /// The view has to be drawn again, all of it or `area` of it; the root's host hears of what is in sight.
+  void setNeedsDisplay() { setNeedsDisplay(bounds()); }
+  void setNeedsDisplay(const Rect& area);
+
+  /// Draws the view and what is in it, as far as it lies in `visible`, given in the view's own coordinates.
+  void render(Canvas& canvas, const MenuTheme& theme, const Rect& visible) const;
+
+  /// The deepest view at a point of this view's coordinates; none outside of the view.
+  virtual View* hitTest(const Point& point);
+  /// `area`, given in this view's coordinates, in those of `ancestor`, some superview of it or the view itself.
+  Rect convert(Rect area, const View& ancestor) const;
+  /// `point`, given in the coordinates of `ancestor`, in those of this view.
+  Point convertFrom(const View& ancestor, const Point& point) const;
+
+  // What the host tells, with points in this view's coordinates. A press is followed by the drags and the release that
+  // end it, wherever the pointer is then; a release alone comes from a press that began outside of the tree.
+  virtual void mouseEntered() {}
+  virtual void mouseExited() {}
+  virtual void mouseDown(const Point& /*point*/) {}
+  virtual void mouseDragged(const Point& /*point*/) {}
+  virtual void mouseUp(const Point& /*point*/) {}
+
+  /// None for a view that only arranges others.
+  virtual std::optional<Accessibility> accessibility() const { return std::nullopt; }
+  /// What a click on the view would do. Whether it does anything.
+  virtual bool accessibilityPerformPress() { return false; }
+
+ protected:
+  /// Draws the view itself, in its own coordinates; its subviews come over it.
+  virtual void draw(Canvas& /*canvas*/, const MenuTheme& /*theme*/) const {}
+  /// Tells the host that content has been scrolled.
+  void tellScrolled() const;
+
+ private:
+  void adopt(std::shared_ptr<View> view);
+
+  Rect frame_;
+  const Autoresizing autoresizing_;
+  View* superview_ = nullptr;
+  ViewHost* host_ = nullptr;
+  std::vector<std::shared_ptr<View>> subviews_;
+};
+
+}  // namespace tavelle

@@ -1,0 +1,95 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "library/wallpaper.h"
+#include "menu/menu_row.h"
+#include "menu/view.h"
+
+namespace tavelle {
+
+class PendingCalls;
+class ScrollView;
+
+/// What the list needs of the open menu that it is an item of.
+class EnclosingMenu {
+ public:
+  virtual ~EnclosingMenu() = default;
+
+  /// Closes the menu at once. It may end the list.
+  virtual void cancelTracking() = 0;
+  /// The list has other rows and another height than before: the menu measures it again, and stays open.
+  virtual void itemChanged() = 0;
+};
+
+/// The wallpapers as rows of a menu, the one on show with a check mark: a short quick list, or the whole library, in a
+/// box that scrolls when it is long. A last row changes from one to the other while the menu stays open.
+class WallpaperListView final : public View {
+  struct Key {};
+
+ public:
+  struct Content {
+    /// The whole library in display order.
+    std::vector<Wallpaper> all;
+    /// What the collapsed list shows.
+    std::vector<Wallpaper> quick;
+    /// The wallpaper on show.
+    std::optional<Wallpaper> current;
+    /// Whether it begins with `all` rather than with `quick`.
+    bool expanded = false;
+    /// In points. As the view's width changes, the rows follow.
+    double width = 240;
+  };
+
+  using Choose = std::function<void(const Wallpaper&)>;
+
+  /// A library of no more than so many needs no last row.
+  static constexpr std::size_t collapsedCount = 3;
+  /// A whole library of more than so many scrolls.
+  static constexpr std::size_t maxVisibleRows = 8;
+
+  /// `choose` runs when the user has picked a wallpaper: on the main loop by way of `calls`, after the menu has closed,
+  /// and also when the list is gone by then. `calls` must outlive the list.
+  static std::shared_ptr<WallpaperListView> make(Content content, PendingCalls& calls, Choose choose);
+  WallpaperListView(Key, Content content, PendingCalls& calls, Choose choose);
+
+  /// None, as at first, when there is no menu around the list. `menu` must outlive the list or be replaced.
+  void setEnclosingMenu(EnclosingMenu* menu) { menu_ = menu; }
+
+  bool expanded() const { return expanded_; }
+  /// All rows from the first to the last, those out of sight among them; good until the next `rebuild`. Where one lies
+  /// tells `row->convert(row->bounds(), list)`: what is scrolled out of the box lies outside of the box.
+  const std::vector<MenuRow*>& rows() const { return rows_; }
+  /// The box that scrolls; none when all rows stand in the list itself.
+  ScrollView* scrollView() const { return scrollView_; }
+  /// Scrolls the box so that the row is in sight.
+  void scrollToVisible(const MenuRow& row);
+
+  /// Makes all rows anew and gives the view their height.
+  void rebuild();
+  /// Expands or collapses the list on the main loop's next turn, never inside the event that asks for it.
+  void toggle();
+
+ private:
+  void addWallpapers(View& to, const std::vector<Wallpaper>& wallpapers);
+  void addScrollingList();
+  MenuRow& addRow(View& to, double y, MenuRow::Content content);
+  /// Copies what it needs, since closing the menu may end the list.
+  void pick(Wallpaper wallpaper);
+  void applyToggle();
+
+  const std::vector<Wallpaper> all_;
+  const std::vector<Wallpaper> quick_;
+  const std::optional<Wallpaper> current_;
+  PendingCalls& calls_;
+  const Choose choose_;
+  EnclosingMenu* menu_ = nullptr;
+  bool expanded_;
+  std::vector<MenuRow*> rows_;
+  ScrollView* scrollView_ = nullptr;
+};
+
+}  // namespace tavelle
