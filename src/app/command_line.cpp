@@ -18,10 +18,11 @@ struct Option {
   Mode mode;
 };
 
-constexpr std::array<Option, 4> options{{{"--set-still", 2, Mode::setStill},
+constexpr std::array<Option, 5> options{{{"--set-still", 2, Mode::setStill},
                                          {"--delete-wallpaper", 2, Mode::deleteWallpaper},
                                          {"--sync-spaces", 2, Mode::syncSpaces},
-                                         {"--coverage", 1, Mode::coverage}}};
+                                         {"--coverage", 1, Mode::coverage},
+                                         {"--preview-menu", 2, Mode::previewMenu}}};
 
 }  // namespace
 

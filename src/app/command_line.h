@@ -12,7 +12,7 @@ class DesktopPicture;
 class Screens;
 
 /// A task that the program does instead of becoming the menu-bar application.
-enum class Mode { setStill, deleteWallpaper, syncSpaces, coverage };
+enum class Mode { setStill, deleteWallpaper, syncSpaces, coverage, previewMenu };
 
 /// The task that the arguments (without the program's own path) ask for. None when the first argument is no option of
 /// the program's, letter case included, or lacks what it needs: then the application starts.

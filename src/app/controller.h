@@ -64,6 +64,8 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   bool trash(const Wallpaper& wallpaper);
   /// Takes the wallpaper that was last chosen for the one on show, without showing it.
   void takeStoredWallpaper();
+  /// Takes that one of `all` for the one on show that was last chosen, else the first of them, without showing it.
+  void takeStoredOrFirst(const std::vector<Wallpaper>& all);
   /// Writes one frame of the video `from`, half a second into it, as the JPEG file `to`, in place of what was there. A
   /// video that gives no frame leaves a line in the event log and `to` as it was.
   void makeStill(const std::filesystem::path& from, const std::filesystem::path& to);

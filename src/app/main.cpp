@@ -14,12 +14,15 @@
 #include "coverage/coverage_report.h"
 #include "desktop_picture/wallpaper_store.h"
 #include "library/deletion.h"
+#include "menu/menu_preview.h"
 #include "platform/application.h"
+#include "platform/bitmaps.h"
 #include "platform/files.h"
 #include "platform/linux/autostart_entry.h"
 #include "platform/linux/child_processes.h"
 #include "platform/linux/child_video_frames.h"
 #include "platform/linux/desktop_services.h"
+#include "platform/linux/drawing_service.h"
 #include "platform/linux/glib_main_loop.h"
 #include "platform/linux/icu_text_order.h"
 #include "platform/linux/linux_files.h"
@@ -118,6 +121,21 @@ int runDelete(const std::string& name) {
   return deleteNamed(controller, name, platform.textOrder, std::cout);
 }
 
+int runPreviewMenu(const std::filesystem::path& folder, std::size_t samples) {
+  const auto drawing = openDrawing();
+  if (!drawing) {
+    std::cerr << "failed: " << drawing.error().description << '\n';
+    return 0;
+  }
+  const auto desktop = noDesktop();
+  Services services(*desktop);
+  const Platform platform = services.platform();
+  Controller controller(platform);
+  std::error_code code;
+  previewMenu(controller, platform, **drawing, std::filesystem::absolute(folder, code), samples, std::cout);
+  return 0;
+}
+
 int runMode(Mode mode, const std::vector<std::string>& arguments) {
   switch (mode) {
     case Mode::setStill:
@@ -128,6 +146,8 @@ int runMode(Mode mode, const std::vector<std::string>& arguments) {
       return runSyncSpaces(arguments[1]);
     case Mode::coverage:
       return runCoverage();
+    case Mode::previewMenu:
+      return runPreviewMenu(arguments[1], arguments.size() > 2 ? sampleCount(arguments[2]) : 0);
   }
   return 1;
 }

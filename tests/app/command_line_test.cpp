@@ -20,6 +20,8 @@ TEST(CommandLine, ChoosesTheModeByTheWholeFirstArgumentAndItsCount) {
                                                               {{"--sync-spaces"}, std::nullopt},
                                                               {{"--sync-spaces", "a.jpg"}, Mode::syncSpaces},
                                                               {{"--coverage", "--set-still", "a.jpg"}, Mode::coverage},
+                                                              {{"--preview-menu"}, std::nullopt},
+                                                              {{"--preview-menu", "out"}, Mode::previewMenu},
                                                               {{"--Set-Still", "a.jpg"}, std::nullopt},
                                                               {{"--set-still=a.jpg", "b.jpg"}, std::nullopt},
                                                               {{"a.jpg", "--set-still"}, std::nullopt},

@@ -1,0 +1,214 @@
+#include "menu/menu_preview.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <sstream>
+
+#include "app/controller.h"
+#include "fakes/fake_platform.h"
+#include "menu/menu_row.h"
+#include "menu/menu_theme.h"
+#include "platform/linux/drawing/cairo_bitmaps.h"
+#include "platform/linux/drawing/drawing_handles.h"
+
+namespace tavelle {
+namespace {
+
+using Pixel = std::uint32_t;
+constexpr Pixel light = 0xf5f5f5;
+constexpr Pixel dark = 0x2b2b2b;
+constexpr Pixel accent = 0x196ee1;
+
+/// A PNG file's pixels, as 0xRRGGBB.
+class Image {
+ public:
+  explicit Image(std::string png) {
+    const auto read = [](void* from, unsigned char* to, unsigned length) {
+      auto& left = *static_cast<std::string*>(from);
+      if (left.size() < length) return CAIRO_STATUS_READ_ERROR;
+      std::copy_n(left.begin(), length, to);
+      left.erase(0, length);
+      return CAIRO_STATUS_SUCCESS;
+    };
+    surface_.reset(cairo_image_surface_create_from_png_stream(read, &png));
+  }
+  int width() const { return cairo_image_surface_get_width(surface_.get()); }
+  int height() const { return cairo_image_surface_get_height(surface_.get()); }
+  Pixel at(int x, int y) const {
+    const auto* row = cairo_image_surface_get_data(surface_.get()) + y * cairo_image_surface_get_stride(surface_.get());
+    return reinterpret_cast<const Pixel*>(row)[x] & 0xffffff;
+  }
+  /// How many pixels of the area differ from its background.
+  int ink(int left, int right, int top, int bottom, Pixel background) const {
+    int count = 0;
+    for (int y = top; y < bottom; ++y) {
+      for (int x = left; x < right; ++x) count += at(x, y) != background;
+    }
+    return count;
+  }
+
+ private:
+  CairoSurfacePtr surface_;
+};
+
+struct MenuPreview : testing::Test {
+  MenuPreview() { static_cast<void>(platform.files.createFolders("/out")); }
+  std::string preview(std::size_t samples, const std::string& folder = "/out") {
+    std::ostringstream out;
+    previewMenu(controller, platform, bitmaps, folder, samples, out);
+    return out.str();
+  }
+  Image image(const std::string& kind) const {
+    return Image(platform.files.content("/out/menu-" + kind + ".png").value_or(""));
+  }
+
+  FakePlatform platform;
+  Controller controller{platform};
+  CairoBitmaps bitmaps;
+};
+
+TEST_F(MenuPreview, DrawsEachAppearanceCollapsedAndExpanded) {
+  struct Case {
+    std::size_t samples;
+    int collapsed;
+    int expanded;
+    bool highlitCollapsed;
+    bool highlitExpanded;
+  };
+  for (const auto& [samples, collapsed, expanded, highlitCollapsed, highlitExpanded] :
+       std::vector<Case>{{0, 22, 22, false, false}, {3, 66, 66, true, true}, {12, 88, 209, true, false}}) {
+    std::string lines;
+    for (const std::string label : {"light", "dark"}) {
+      lines += "wrote menu-" + label + "-collapsed.png 240x" + std::to_string(collapsed) + "\n";
+      lines += "wrote menu-" + label + "-expanded.png 240x" + std::to_string(expanded) + "\n";
+    }
+    EXPECT_EQ(preview(samples), lines);
+    for (const auto& [kind, grey, height, highlit] : {std::tuple("light-collapsed", light, collapsed, highlitCollapsed),
+                                                      {"light-expanded", light, expanded, highlitExpanded},
+                                                      {"dark-collapsed", dark, collapsed, highlitCollapsed},
+                                                      {"dark-expanded", dark, expanded, highlitExpanded}}) {
+      SCOPED_TRACE(kind + std::to_string(samples));
+      const Image drawn = image(kind);
+      ASSERT_EQ(std::pair(drawn.width(), drawn.height()), std::pair(240, height));
+      EXPECT_EQ(drawn.ink(0, 5, 0, height, grey), 0);
+      EXPECT_EQ(drawn.ink(21, 26, 0, 22, grey), 0) << "titles line up behind the check mark's column";
+      EXPECT_EQ(drawn.ink(10, 21, 0, 22, grey) > 20, samples > 0) << "the first one counts as the current one";
+      if (height < 44) continue;
+      EXPECT_EQ(drawn.ink(10, 21, 44, height, grey), 0) << "nothing else is checked";
+      EXPECT_EQ(drawn.ink(5, 7, 30, 36, grey), highlit ? 12 : 0);
+    }
+  }
+}
+
+TEST_F(MenuPreview, HighlightsARoundedRectangle) {
+  preview(12);
+  for (const auto& [kind, grey] : {std::pair("light-collapsed", light), {"dark-collapsed", dark}}) {
+    const Image drawn = image(kind);
+    for (const auto& [x, y, wanted] : {std::tuple(4, 33, grey),
+                                       {5, 33, accent},
+                                       {234, 33, accent},
+                                       {235, 33, grey},
+                                       {120, 21, grey},
+                                       {120, 22, accent},
+                                       {120, 43, accent},
+                                       {120, 44, grey},
+                                       {5, 23, grey},
+                                       {7, 23, accent},
+                                       {234, 42, grey},
+                                       {232, 42, accent}}) {
+      EXPECT_EQ(drawn.at(x, y), wanted) << kind << " at " << x << ", " << y;
+    }
+  }
+}
+
+TEST_F(MenuPreview, EndsALongTitleInAnEllipsisWhicheverWayItIsRead) {
+  for (const auto& [name, readFromRight] : {std::pair("A name that is much longer than any menu is wide", false),
+                                            {"مشهد طويل جدا من الأمواج التي لا تنتهي أبدا في المساء", true}}) {
+    FakePlatform other;
+    platform.files = other.files;
+    static_cast<void>(platform.files.createFolders("/out"));
+    platform.addWallpaper(name);
+    preview(0);
+    const Image drawn = image("light-collapsed");
+    EXPECT_EQ(drawn.ink(226, 240, 0, 22, light), 0) << "the right margin";
+    // Dots have ink at the baseline only.
+    const int end = readFromRight ? 26 : 218;
+    EXPECT_EQ(drawn.ink(end, end + 8, 0, 12, light), 0);
+    EXPECT_GT(drawn.ink(end, end + 8, 12, 22, light), 3);
+    EXPECT_GT(drawn.ink(readFromRight ? 150 : 26, readFromRight ? 226 : 100, 0, 12, light), 30)
+        << "the name begins here";
+  }
+}
+
+TEST_F(MenuPreview, ScrollsToTheStoredWallpaperAmongAll) {
+  platform.defaults.set("wallpaper", "Sample Wallpaper 11");
+  platform.addWallpaper("Sample Wallpaper 2b");
+  platform.addWallpaper("Zebra");
+  preview(12);
+  EXPECT_EQ(controller.current()->name(), "Sample Wallpaper 11");
+  // Sample Wallpaper 1, 2, 2b, 3 and so on: it is the twelfth of fourteen, the box begins 121 points down.
+  const Image drawn = image("light-expanded");
+  EXPECT_GT(drawn.ink(10, 21, 242 - 121, 264 - 121, light), 20);
+  EXPECT_EQ(drawn.ink(10, 21, 0, 242 - 121, light), 0);
+  EXPECT_EQ(drawn.ink(10, 21, 264 - 121, 209, light), 0);
+}
+
+TEST_F(MenuPreview, TellsWhatItDrewWhetherOrNotItCouldBeWritten) {
+  EXPECT_EQ(preview(1, "/missing"), preview(1));
+  EXPECT_FALSE(platform.files.exists("/missing"));
+  struct : Bitmaps {
+    std::unique_ptr<Bitmap> make(double, double, double) override { return nullptr; }
+  } none;
+  std::ostringstream out;
+  previewMenu(controller, platform, none, "/out", 1, out);
+  EXPECT_EQ(out.str(), "");
+}
+
+TEST(MenuPreviewArguments, ReadsTheSampleCount) {
+  for (const auto& [text, count] : std::vector<std::pair<std::string, std::size_t>>{{"3", 3},
+                                                                                    {"+12", 12},
+                                                                                    {"007", 7},
+                                                                                    {"", 0},
+                                                                                    {"-3", 0},
+                                                                                    {"three", 0},
+                                                                                    {"3x", 0},
+                                                                                    {" 3", 0},
+                                                                                    {"99999999999999999999", 0}}) {
+    EXPECT_EQ(sampleCount(text), count) << text;
+  }
+}
+
+TEST(MenuRowDrawing, TakesTheColoursOfItsState) {
+  const MenuTheme theme{{"Inter", 13}, {0, 0, 1}, {1, 1, 1}, {0, 1, 0}, {1, 0, 0}};
+  for (const auto& [secondary, hovered, symbol, wanted] : {std::tuple(false, false, "chevron.up", 0x00ff00),
+                                                           {true, false, "chevron.down", 0xff0000},
+                                                           {false, true, "chevron.down", 0xffffff},
+                                                           {true, true, "chevron.up", 0xffffff},
+                                                           {true, false, "unknown", 0xff0000}}) {
+    for (const double width : {36.0, 200.0}) {
+      MenuRow row(
+          width,
+          {.title = "████████████████████████████████", .symbol = symbol, .secondary = secondary, .action = [] {}});
+      row.setHovered(hovered);
+      const auto bitmap = CairoBitmaps().make(200, 22, 2);
+      row.render(bitmap->canvas(), theme, row.bounds());
+      const Image drawn(*bitmap->png());
+      ASSERT_EQ(drawn.width(), 400);
+      const bool known = symbol != std::string("unknown");
+      const Pixel behind = hovered ? 0x0000ff : 0;
+      const int right = static_cast<int>(2 * width);
+      if (width == 36) {
+        EXPECT_EQ(drawn.ink(right - 28, right - 12, 12, 32, behind), 0) << "no room for a title";
+        continue;
+      }
+      EXPECT_EQ(drawn.at(60, 22), static_cast<Pixel>(wanted));
+      EXPECT_TRUE(!known || drawn.ink(right - 48, right - 28, 0, 44, behind) > 0) << "the symbol";
+      EXPECT_EQ(drawn.ink(right - 60, right - 50, 0, 44, behind) == 0, known) << "the gap before a symbol";
+    }
+  }
+}
+
+}  // namespace
+}  // namespace tavelle
