@@ -42,6 +42,7 @@ void offerCommands(const Platform& platform, Controller& controller) {
   application.offer({"frame-rate", Integer([&](std::int64_t rate) { controller.chooseFrameRate(rate); })});
   application.offer({"resolution", Real([&](double scale) { controller.chooseResolution(scale); })});
   application.offer({"toggle-login", None([&] { controller.toggleLogin(); })});
+  application.offer({"menu", None([&] { controller.openMenu(); })});
   application.offer({"quit", None([&] { controller.quit(); })});
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/application.h"
 #include "platform/screens.h"
+#include "platform/status_item.h"
 #include "platform/wallpaper_window.h"
 
 namespace tavelle {

@@ -18,7 +18,11 @@
 
 namespace tavelle {
 
+class StatusItem;
+class WallpaperListView;
 class WallpaperWindow;
+struct MenuItem;
+using MenuItems = std::vector<MenuItem>;
 struct Screen;
 
 /// The one owner of the running application's state. Its operations are what the program can do; each stands in the
@@ -88,6 +92,17 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   /// back meanwhile. A request that still waits is replaced.
   void scheduleSpacesSync(const std::filesystem::path& still, double delay = 1.5, int retries = 1);
 
+  // --- Menu (menu/)
+
+  /// Puts the icon into the panel.
+  void createStatusItem();
+  /// Fills the icon's menu from how things are now.
+  void menuNeedsUpdate(MenuItems& menu);
+  /// A fresh list of the wallpapers for the menu, made of `all`, the library in its order. Choosing one shows it.
+  std::shared_ptr<WallpaperListView> listView(const std::vector<Wallpaper>& all, bool expanded);
+  /// Opens the icon's menu as a click on it would, on the main loop's next turn.
+  void openMenu();
+
   // --- Playback (playback/)
 
   /// The wallpaper on show.
@@ -116,6 +131,9 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   void webViewProcessDidTerminate(WebView& view) override;
   void webViewDidReceiveMessage(WebView& view, const ScriptValue& body) override;
 
+  MenuItems deleteMenu(const std::vector<Wallpaper>& all);
+  MenuItems frameRateMenu();
+  MenuItems resolutionMenu();
   void restoreWallpaper();
   void syncSpacesAtLaunch();
   void forget(const std::string& name);
@@ -150,6 +168,7 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   AgentKeeper agentKeeper_;
   Registration rebuildRequest_;
   PendingCalls pending_;
+  std::unique_ptr<StatusItem> statusItem_;
 };
 
 }  // namespace tavelle

@@ -28,6 +28,7 @@ void Controller::applicationDidFinishLaunching() {
   restoreWallpaper();
   log("launched, showing: " + (current_ ? current_->name() : "nothing"));
   buildWindows();
+  createStatusItem();
   screenObserver_ = platform_.screens.onChange([this] { screensChanged(); });
   startCoverageWatch();
   agentKeeper_.start();

@@ -86,6 +86,7 @@ class Services {
             .openPanels = desktop_.openPanels(),
             .processes = processes_,
             .screens = desktop_.screens(),
+            .statusItems = desktop_.statusItems(),
             .textOrder = textOrder_,
             .defaults = defaults_,
             .videoFrames = videoFrames_,

@@ -2,6 +2,7 @@
 #include "coverage/coverage.h"
 #include "platform/main_loop.h"
 #include "platform/screens.h"
+#include "platform/status_item.h"
 #include "platform/web_view.h"
 #include "platform/workspace.h"
 
@@ -16,7 +17,10 @@ constexpr double recheckDelay = 0.4;
 }  // namespace
 
 void Controller::startCoverageWatch() {
-  coverageTimer_ = platform_.mainLoop.repeat(checkInterval, checkTolerance, [this] { checkCoverage(); });
+  coverageTimer_ = platform_.mainLoop.repeat(checkInterval, checkTolerance, [this] {
+    // An open menu must not stutter, and the user looks at that.
+    if (!statusItem_ || !statusItem_->isMenuOpen()) checkCoverage();
+  });
   workspaceObserver_ = platform_.workspace.onEvent([this] { coverageEvent(); });
   checkCoverage();
 }

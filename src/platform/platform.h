@@ -17,6 +17,7 @@ class MainLoop;
 class OpenPanels;
 class Processes;
 class Screens;
+class StatusItems;
 class TextOrder;
 class UserDefaults;
 class VideoFrames;
@@ -38,6 +39,7 @@ struct Platform {
   OpenPanels& openPanels;
   Processes& processes;
   Screens& screens;
+  StatusItems& statusItems;
   TextOrder& textOrder;
   UserDefaults& defaults;
   VideoFrames& videoFrames;

@@ -16,6 +16,7 @@
 #include "platform/open_panel.h"
 #include "platform/processes.h"
 #include "platform/screens.h"
+#include "platform/status_item.h"
 #include "platform/video_frames.h"
 #include "platform/wallpaper_window.h"
 #include "platform/web_view.h"
@@ -89,6 +90,28 @@ struct FakeScreens final : Screens {
   }
   std::vector<Screen> screens;
   std::function<void()> changed = [] {};
+};
+
+/// One whose menu opens when the test says so.
+struct FakeStatusItems final : StatusItems {
+  struct Item final : StatusItem {
+    explicit Item(FakeStatusItems& to) : items(to) {}
+    ~Item() override { items.menuNeedsUpdate = nullptr; }
+    void performClick() override { items.open(); }
+    bool isMenuOpen() const override { return items.isOpen; }
+    FakeStatusItems& items;
+  };
+  std::unique_ptr<StatusItem> make(std::function<void(MenuItems&)> fill) override {
+    menuNeedsUpdate = std::move(fill);
+    return std::make_unique<Item>(*this);
+  }
+  void open() {
+    menuNeedsUpdate(menu);
+    isOpen = true;
+  }
+  std::function<void(MenuItems&)> menuNeedsUpdate;
+  MenuItems menu;
+  bool isOpen = false;
 };
 
 struct FakeProcesses final : Processes {

@@ -36,6 +36,7 @@ struct FakePlatform {
             .openPanels = openPanels,
             .processes = processes,
             .screens = screens,
+            .statusItems = statusItems,
             .textOrder = textOrder,
             .defaults = defaults,
             .videoFrames = videoFrames,
@@ -71,6 +72,7 @@ struct FakePlatform {
   FakeOpenPanels openPanels;
   FakeProcesses processes;
   FakeScreens screens;
+  FakeStatusItems statusItems;
   IcuTextOrder textOrder;
   FakeDefaults defaults;
   FakeVideoFrames videoFrames;

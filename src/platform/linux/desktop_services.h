@@ -11,6 +11,7 @@ class Application;
 class DesktopPicture;
 class OpenPanels;
 class Screens;
+class StatusItems;
 class WallpaperWindows;
 class WebViews;
 class WindowList;
@@ -27,6 +28,7 @@ class DesktopServices {
   virtual DesktopPicture& desktopPicture() = 0;
   virtual OpenPanels& openPanels() = 0;
   virtual Screens& screens() = 0;
+  virtual StatusItems& statusItems() = 0;
   virtual WallpaperWindows& windows() = 0;
   virtual WindowList& windowList() = 0;
   virtual Workspace& workspace() = 0;

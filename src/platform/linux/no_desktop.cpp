@@ -7,6 +7,7 @@
 #include "platform/desktop_picture.h"
 #include "platform/open_panel.h"
 #include "platform/screens.h"
+#include "platform/status_item.h"
 #include "platform/wallpaper_window.h"
 #include "platform/web_view.h"
 #include "platform/window_list.h"
@@ -23,6 +24,7 @@ class NoDesktop final : public DesktopServices,
                         DesktopPicture,
                         OpenPanels,
                         Screens,
+                        StatusItems,
                         WallpaperWindows,
                         WebViews,
                         WindowList,
@@ -33,6 +35,7 @@ class NoDesktop final : public DesktopServices,
   DesktopPicture& desktopPicture() override { return *this; }
   OpenPanels& openPanels() override { return *this; }
   Screens& screens() override { return *this; }
+  StatusItems& statusItems() override { return *this; }
   WallpaperWindows& windows() override { return *this; }
   WebViews& webViews() override { return *this; }
   WindowList& windowList() override { return *this; }
@@ -50,6 +53,7 @@ class NoDesktop final : public DesktopServices,
   std::optional<std::string> current(const Screen& /*screen*/) const override { return std::nullopt; }
   std::vector<Screen> list() const override { return {}; }
   Registration onChange(std::function<void()> /*changed*/) override { return {}; }
+  std::unique_ptr<StatusItem> make(std::function<void(MenuItems&)> /*menuNeedsUpdate*/) override { return nullptr; }
   std::unique_ptr<WallpaperWindow> make(const Screen& /*screen*/) override { return nullptr; }
   std::unique_ptr<WebView> make(const Settings& /*settings*/, WebViewDelegate& /*delegate*/) override {
     return nullptr;

@@ -5,11 +5,13 @@
 #include "platform/linux/desktop/gtk_alerts.h"
 #include "platform/linux/desktop/gtk_application.h"
 #include "platform/linux/desktop/gtk_open_panels.h"
+#include "platform/linux/desktop/gtk_status_items.h"
 #include "platform/linux/desktop/linux_workspace.h"
 #include "platform/linux/desktop/webkit_web_views.h"
 #include "platform/linux/desktop/x11_wallpaper_window.h"
 #include "platform/linux/desktop/x11_window_list.h"
 #include "platform/linux/desktop_services.h"
+#include "platform/linux/standard_paths.h"
 
 namespace tavelle {
 namespace {
@@ -31,6 +33,7 @@ class GtkDesktopServices final : public DesktopServices {
   DesktopPicture& desktopPicture() override { return desktopPicture_; }
   OpenPanels& openPanels() override { return openPanels_; }
   Screens& screens() override { return screens_; }
+  StatusItems& statusItems() override { return statusItems_; }
   WallpaperWindows& windows() override { return windows_; }
   WindowList& windowList() override { return windowList_; }
   Workspace& workspace() override { return workspace_; }
@@ -40,6 +43,7 @@ class GtkDesktopServices final : public DesktopServices {
   std::unique_ptr<GtkApplication> application_;
   GtkAlerts alerts_;
   GtkOpenPanels openPanels_;
+  GtkStatusItems statusItems_{resourceFolder()};
   GdkScreens screens_{connection_};
   X11WindowList windowList_{connection_};
   LinuxWorkspace workspace_;

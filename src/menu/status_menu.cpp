@@ -1,0 +1,95 @@
+#include <cmath>
+#include <string>
+
+#include "app/controller.h"
+#include "menu/wallpaper_list_view.h"
+#include "platform/login_item.h"
+#include "platform/status_item.h"
+#include "platform/user_defaults.h"
+
+namespace tavelle {
+namespace {
+
+constexpr auto positionKey = "NSStatusItem Preferred Position Item-0";
+constexpr double preferredPosition = 365.0;
+
+/// Stored scales come from the menu's own and are never computed.
+constexpr double scaleTolerance = 0.001;
+
+MenuItem separator() { return {.kind = MenuItem::Kind::separator}; }
+
+MenuItem note(const char* text) { return {.title = text}; }
+
+}  // namespace
+
+void Controller::createStatusItem() {
+  if (!platform_.defaults.value(positionKey)) platform_.defaults.set(positionKey, preferredPosition);
+  statusItem_ = platform_.statusItems.make([this](MenuItems& menu) { menuNeedsUpdate(menu); });
+}
+
+void Controller::menuNeedsUpdate(MenuItems& menu) {
+  const auto all = wallpapers();
+  menu.clear();
+  menu.push_back({.kind = MenuItem::Kind::heading, .title = "Wallpapers"});
+  menu.push_back({.kind = MenuItem::Kind::list, .list = listView(all, false)});
+  menu.push_back(separator());
+  menu.push_back({.title = "Add Wallpaper…", .action = [this] { addWallpaper(); }});
+  menu.push_back({.title = "Delete Wallpaper", .submenu = deleteMenu(all)});
+  menu.push_back({.title = "Show Wallpapers Folder", .action = [this] { showFolder(); }});
+  menu.push_back(separator());
+  menu.push_back({.title = paused_ ? "Resume Animation" : "Pause Animation", .action = [this] { togglePause(); }});
+  menu.push_back({.title = "Frame Rate", .submenu = frameRateMenu()});
+  menu.push_back({.title = "Resolution", .submenu = resolutionMenu()});
+  menu.push_back({.title = "Open at Login",
+                  .action = [this] { toggleLogin(); },
+                  .checked = platform_.loginItem.status() == LoginItemStatus::enabled});
+  menu.push_back(separator());
+  menu.push_back({.title = "How to Use…"});
+  menu.push_back({.title = "Quit Tavelle", .action = [this] { quit(); }});
+}
+
+std::shared_ptr<WallpaperListView> Controller::listView(const std::vector<Wallpaper>& all, bool expanded) {
+  return WallpaperListView::make({.all = all, .quick = quickList(all), .current = current_, .expanded = expanded},
+                                 pending_, [this](const Wallpaper& wallpaper) { show(wallpaper); });
+}
+
+MenuItems Controller::deleteMenu(const std::vector<Wallpaper>& all) {
+  MenuItems menu;
+  for (const Wallpaper& wallpaper : all) {
+    menu.push_back({.title = wallpaper.name(), .action = [this, wallpaper] { deleteWallpaper(wallpaper); }});
+  }
+  if (menu.empty()) menu.push_back(note("No Wallpapers"));
+  return menu;
+}
+
+MenuItems Controller::frameRateMenu() {
+  MenuItems menu;
+  for (const std::int64_t rate : frameRates) {
+    menu.push_back({.title = std::to_string(rate) + " FPS",
+                    .action = [this, rate] { chooseFrameRate(rate); },
+                    .checked = rate == frameSettings().frameRate});
+  }
+  menu.push_back(separator());
+  menu.push_back(note("Lower uses less battery"));
+  return menu;
+}
+
+MenuItems Controller::resolutionMenu() {
+  MenuItems menu;
+  for (const auto& [title, scale] : resolutions) {
+    menu.push_back({.title = title,
+                    .action = [this, scale = scale] { chooseResolution(scale); },
+                    .checked = std::abs(scale - frameSettings().resolutionScale) < scaleTolerance});
+  }
+  menu.push_back(separator());
+  menu.push_back(note("Lower is softer and uses less battery"));
+  return menu;
+}
+
+void Controller::openMenu() {
+  pending_.after(0, [this] {
+    if (statusItem_) statusItem_->performClick();
+  });
+}
+
+}  // namespace tavelle

@@ -1,0 +1,149 @@
+#include "platform/linux/desktop/gtk_status_menu.h"
+
+#include <gdk/gdkkeysyms.h>
+#include <glibmm/main.h>
+#include <gtkmm/checkmenuitem.h>
+#include <gtkmm/label.h>
+#include <gtkmm/separatormenuitem.h>
+#include <gtkmm/window.h>
+
+#include <memory>
+
+#include "platform/linux/desktop/list_menu_item.h"
+#include "platform/linux/desktop/menu_style.h"
+#include "platform/linux/handles.h"
+
+namespace tavelle {
+namespace {
+
+/// A panel lets go of the pointer when the button that was pressed on it is released, or some frames later.
+constexpr unsigned retryMilliseconds = 40;
+constexpr int maxAttempts = 50;
+
+using EventPtr = std::unique_ptr<GdkEvent, FreeWith<gdk_event_free>>;
+
+/// What opens a menu, when it was no event of this program's: a click in the root window, now.
+EventPtr clickInRoot() {
+  GdkWindow* const root = gdk_get_default_root_window();
+  EventPtr event(gdk_event_new(GDK_BUTTON_PRESS));
+  event->button.window = retain(root).release();
+  event->button.button = GDK_BUTTON_PRIMARY;
+  gdk_event_set_device(event.get(), gdk_seat_get_pointer(gdk_display_get_default_seat(gdk_window_get_display(root))));
+  return event;
+}
+
+Gdk::Rectangle pointerPlace() {
+  GdkDisplay* const display = gdk_display_get_default();
+  int x = 0;
+  int y = 0;
+  gdk_device_get_position(gdk_seat_get_pointer(gdk_display_get_default_seat(display)), nullptr, &x, &y);
+  return {x, y, 1, 1};
+}
+
+std::unique_ptr<Gtk::MenuItem> makeItem(const MenuItem& item);
+
+void fill(Gtk::Menu& menu, const MenuItems& items) {
+  useMenuStyle(menu);
+  for (const MenuItem& item : items) menu.append(*Gtk::manage(makeItem(item).release()));
+  menu.show_all_children();
+}
+
+/// Its items come when it is about to open: there may be one for each of thousands of wallpapers.
+void attachSubmenu(Gtk::MenuItem& parent, const MenuItems& items) {
+  auto* const submenu = Gtk::manage(new Gtk::Menu);
+  useMenuStyle(*submenu);
+  parent.set_submenu(*submenu);
+  parent.signal_select().connect([submenu, &items] {
+    if (submenu->get_children().empty()) fill(*submenu, items);
+  });
+}
+
+std::unique_ptr<Gtk::MenuItem> makeItem(const MenuItem& item) {
+  if (item.kind == MenuItem::Kind::separator) return std::make_unique<Gtk::SeparatorMenuItem>();
+  std::unique_ptr<Gtk::MenuItem> made;
+  if (item.checked) {
+    auto check = std::make_unique<Gtk::CheckMenuItem>(item.title);
+    check->set_active(*item.checked);
+    made = std::move(check);
+  } else {
+    made = std::make_unique<Gtk::MenuItem>(item.title);
+  }
+  // A long name must not make the menu wider than the screen.
+  auto& label = dynamic_cast<Gtk::Label&>(*made->get_child());
+  label.set_ellipsize(Pango::ELLIPSIZE_END);
+  label.set_max_width_chars(50);
+  if (item.kind == MenuItem::Kind::heading) made->get_style_context()->add_class("tavelle-heading");
+  if (!item.submenu.empty()) {
+    attachSubmenu(*made, item.submenu);
+  } else if (item.action) {
+    // Later, since it may open a dialog, and the menu that the item belongs to may be gone by then.
+    made->signal_activate().connect([action = item.action] { Glib::signal_idle().connect_once(action); });
+  } else {
+    made->set_sensitive(false);
+  }
+  return made;
+}
+
+}  // namespace
+
+GtkStatusMenu::GtkStatusMenu(const MenuItems& menu) {
+  useMenuStyle(*this);
+  for (const MenuItem& item : menu) {
+    if (item.kind == MenuItem::Kind::list) {
+      list_ = Gtk::manage(new ListMenuItem(item.list, {[this] { cancel(); }, [this] { fit(); }}));
+      append(*list_);
+    } else {
+      append(*Gtk::manage(makeItem(item).release()));
+    }
+  }
+  show_all_children();
+}
+
+GtkStatusMenu::~GtkStatusMenu() { nextAttempt_.disconnect(); }
+
+void GtkStatusMenu::popUp(const std::optional<Gdk::Rectangle>& place) {
+  place_ = place ? *place : pointerPlace();
+  attempts_ = 0;
+  tryToPopUp();
+}
+
+void GtkStatusMenu::tryToPopUp() {
+  const EventPtr event = clickInRoot();
+  gtk_menu_popup_at_rect(gobj(), gdk_get_default_root_window(), place_.gobj(), GDK_GRAVITY_SOUTH_WEST,
+                         GDK_GRAVITY_NORTH_WEST, event.get());
+  if (get_visible() || ++attempts_ == maxAttempts) return;
+  nextAttempt_ = Glib::signal_timeout().connect(
+      [this] {
+        tryToPopUp();
+        return false;
+      },
+      retryMilliseconds);
+}
+
+void GtkStatusMenu::fit() {
+  auto* const window = dynamic_cast<Gtk::Window*>(get_toplevel());
+  if (!window) return;
+  // The menu's window keeps the size that it was opened with until it is told, and its place until it is asked.
+  Gtk::Requisition minimum;
+  Gtk::Requisition natural;
+  get_preferred_size(minimum, natural);
+  window->get_window()->resize(natural.width, natural.height);
+  window->resize(natural.width, natural.height);
+  reposition();
+}
+
+bool GtkStatusMenu::on_key_press_event(GdkEventKey* event) {
+  const auto isOnList = [this] {
+    return list_ && gtk_menu_shell_get_selected_item(GTK_MENU_SHELL(gobj())) == GTK_WIDGET(list_->gobj());
+  };
+  const bool before = isOnList();
+  if (before && list_->pressKey(event->keyval)) return true;
+  const bool handled = Gtk::Menu::on_key_press_event(event);
+  if (!before && isOnList()) {
+    const bool fromBelow = event->keyval == GDK_KEY_Up || event->keyval == GDK_KEY_KP_Up;
+    list_->enterByKeyboard(fromBelow ? ListMenuItem::End::last : ListMenuItem::End::first);
+  }
+  return handled;
+}
+
+}  // namespace tavelle

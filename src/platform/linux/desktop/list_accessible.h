@@ -1,0 +1,23 @@
+#pragma once
+
+#include <gtkmm/menuitem.h>
+
+#include <memory>
+
+namespace tavelle {
+
+class MenuRow;
+class WallpaperListView;
+
+/// Lets assistive technology see the list's rows below `item`, from the first to the last, also those scrolled out of
+/// sight: each a menu item with its title, its check mark and a press action. For an item of a class of its own, before
+/// anybody has asked for its accessible object.
+void describeToAssistiveTechnology(Gtk::MenuItem& item, const std::shared_ptr<WallpaperListView>& list);
+
+/// The list has other rows than before.
+void forgetRows(Gtk::MenuItem& item);
+
+/// The keyboard is on this row now.
+void tellFocus(Gtk::MenuItem& item, const MenuRow& row);
+
+}  // namespace tavelle

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <gtkmm/menuitem.h>
+#include <sigc++/connection.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "menu/menu_theme.h"
+#include "menu/view.h"
+#include "menu/wallpaper_list_view.h"
+
+namespace tavelle {
+
+/// Shows the wallpaper list as one item of a GTK menu, in the theme's font and colours, and brings it what pointer and
+/// keyboard do. Assistive technology finds each row of the list as a menu item of its own.
+class ListMenuItem final : public Gtk::MenuItem, ViewHost, EnclosingMenu {
+ public:
+  struct Menu {
+    /// Closes the menu. It may end the item.
+    std::function<void()> close;
+    /// Gives the open menu's window the size that its items now ask for.
+    std::function<void()> fit;
+  };
+
+  ListMenuItem(std::shared_ptr<WallpaperListView> list, Menu menu);
+  ~ListMenuItem() override;
+
+  WallpaperListView& list() { return *list_; }
+
+  enum class End { first, last };
+  /// Puts the keyboard on a row.
+  void enterByKeyboard(End end);
+  /// What a key does while the keyboard is on one of the rows. Whether that is anything; the menu's own keys are not.
+  bool pressKey(guint key);
+
+ protected:
+  void get_preferred_width_vfunc(int& minimum, int& natural) const override;
+  void get_preferred_height_vfunc(int& minimum, int& natural) const override;
+  void get_preferred_height_for_width_vfunc(int width, int& minimum, int& natural) const override;
+  void on_size_allocate(Gtk::Allocation& allocation) override;
+  bool on_draw(const Cairo::RefPtr<Cairo::Context>& context) override;
+  bool on_enter_notify_event(GdkEventCrossing* event) override;
+  bool on_leave_notify_event(GdkEventCrossing* event) override;
+  bool on_motion_notify_event(GdkEventMotion* event) override;
+  bool on_button_press_event(GdkEventButton* event) override;
+  bool on_button_release_event(GdkEventButton* event) override;
+  bool on_scroll_event(GdkEventScroll* event) override;
+  void on_style_updated() override;
+
+ private:
+  void needsDisplay(const Rect& area) override;
+  void scrolled() override;
+  void cancelTracking() override { menu_.close(); }
+  void itemChanged() override;
+
+  void pointAt(double x, double y);
+  void hover(View* view);
+  void walkTo(MenuRow& row);
+  std::optional<std::size_t> currentRow() const;
+  void scrollBy(double distance);
+  void showScroller();
+  void fadeScroller();
+  const MenuTheme& theme();
+
+  const std::shared_ptr<WallpaperListView> list_;
+  const Menu menu_;
+  std::optional<MenuTheme> theme_;
+  /// What the pointer, or the keyboard, is on.
+  std::weak_ptr<View> hovered_;
+  std::weak_ptr<View> pressed_;
+  /// Where the pointer was last; none while the keyboard leads.
+  std::optional<Point> pointer_;
+  double scrollerOpacity_ = 0;
+  sigc::connection fading_;
+};
+
+}  // namespace tavelle

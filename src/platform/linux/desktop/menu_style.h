@@ -1,0 +1,19 @@
+#pragma once
+
+#include <gtkmm/menu.h>
+#include <gtkmm/menuitem.h>
+
+#include "menu/menu_theme.h"
+
+namespace tavelle {
+
+/// Has the theme's menu items take the measures of the wallpaper list's rows: their height, the place of their text,
+/// and a highlight with round corners. Colours and fonts stay the theme's.
+void useMenuStyle(Gtk::Menu& menu);
+/// Once in a process, before that.
+void installMenuStyle();
+
+/// How the theme draws this item of a menu.
+MenuTheme menuTheme(const Gtk::MenuItem& item);
+
+}  // namespace tavelle
