@@ -43,6 +43,7 @@ void offerCommands(const Platform& platform, Controller& controller) {
   application.offer({"resolution", Real([&](double scale) { controller.chooseResolution(scale); })});
   application.offer({"toggle-login", None([&] { controller.toggleLogin(); })});
   application.offer({"menu", None([&] { controller.openMenu(); })});
+  application.offer({"how-to-use", None([&] { controller.showGuide(); })});
   application.offer({"quit", None([&] { controller.quit(); })});
 }
 

@@ -1,5 +1,6 @@
 #include "app/controller.h"
 
+#include "guide/guide.h"
 #include "platform/application.h"
 #include "platform/screens.h"
 #include "platform/status_item.h"

@@ -20,6 +20,7 @@ namespace tavelle {
 
 class StatusItem;
 class WallpaperListView;
+class Guide;
 class WallpaperWindow;
 struct MenuItem;
 using MenuItems = std::vector<MenuItem>;
@@ -40,6 +41,8 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
 
   /// Brings everything up; see launch.cpp.
   void applicationDidFinishLaunching() override;
+  /// Shows the tutorial from its beginning.
+  void applicationShouldHandleReopen() override;
   /// Appends one line to the event log, `message` behind the time. A line that cannot be written is lost.
   void log(const std::string& message);
   void quit();
@@ -103,6 +106,11 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   /// Opens the icon's menu as a click on it would, on the main loop's next turn.
   void openMenu();
 
+  // --- Guide (guide/)
+
+  /// Shows the tutorial from its beginning.
+  void showGuide();
+
   // --- Playback (playback/)
 
   /// The wallpaper on show.
@@ -136,6 +144,8 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   MenuItems resolutionMenu();
   void restoreWallpaper();
   void syncSpacesAtLaunch();
+  void showGuideAtFirstLaunch();
+  Guide& guide();
   void forget(const std::string& name);
   void showNext();
   void buildWindow(const Screen& screen);
@@ -169,6 +179,8 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   Registration rebuildRequest_;
   PendingCalls pending_;
   std::unique_ptr<StatusItem> statusItem_;
+  /// Made when it is first needed.
+  std::unique_ptr<Guide> guide_;
 };
 
 }  // namespace tavelle

@@ -33,6 +33,7 @@ void Controller::applicationDidFinishLaunching() {
   startCoverageWatch();
   agentKeeper_.start();
   syncSpacesAtLaunch();
+  showGuideAtFirstLaunch();
 }
 
 void Controller::syncSpacesAtLaunch() {

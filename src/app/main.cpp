@@ -81,6 +81,7 @@ class Services {
             .desktopPicture = desktop_.desktopPicture(),
             .files = files_,
             .fileTypes = fileTypes_,
+            .guideWindows = desktop_.guideWindows(),
             .loginItem = loginItem_,
             .mainLoop = mainLoop_,
             .openPanels = desktop_.openPanels(),

@@ -26,6 +26,7 @@ class AgentStarter final : public ApplicationDelegate {
  public:
   explicit AgentStarter(WallpaperAgent& agent) : agent_(agent) {}
   void applicationDidFinishLaunching() override { agent_.start(); }
+  void applicationShouldHandleReopen() override {}
 
  private:
   WallpaperAgent& agent_;

@@ -44,7 +44,7 @@ void Controller::menuNeedsUpdate(MenuItems& menu) {
                   .action = [this] { toggleLogin(); },
                   .checked = platform_.loginItem.status() == LoginItemStatus::enabled});
   menu.push_back(separator());
-  menu.push_back({.title = "How to Use…"});
+  menu.push_back({.title = "How to Use…", .action = [this] { showGuide(); }});
   menu.push_back({.title = "Quit Tavelle", .action = [this] { quit(); }});
 }
 

@@ -14,6 +14,10 @@ class ApplicationDelegate {
 
   /// Once, when the event loop has started. Not in a process that found the application running already.
   virtual void applicationDidFinishLaunching() = 0;
+
+  /// The user has started the application again while it runs, e.g. from a menu of programs. The desktop itself
+  /// does nothing then.
+  virtual void applicationShouldHandleReopen() = 0;
 };
 
 /// Something that can be asked of the running application from outside, e.g. by a desktop entry or a script. Whoever

@@ -12,6 +12,7 @@ class Clock;
 class DesktopPicture;
 class FileTypes;
 class Files;
+class GuideWindows;
 class LoginItem;
 class MainLoop;
 class OpenPanels;
@@ -34,6 +35,7 @@ struct Platform {
   DesktopPicture& desktopPicture;
   Files& files;
   FileTypes& fileTypes;
+  GuideWindows& guideWindows;
   LoginItem& loginItem;
   MainLoop& mainLoop;
   OpenPanels& openPanels;

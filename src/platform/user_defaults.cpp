@@ -30,6 +30,8 @@ std::vector<std::string> UserDefaults::stringArray(std::string_view key) const {
   return valueOr<std::vector<std::string>>(value(key), {});
 }
 
+bool UserDefaults::boolean(std::string_view key) const { return valueOr(value(key), false) || real(key) != 0; }
+
 std::int64_t UserDefaults::integer(std::string_view key) const {
   const auto stored = value(key);
   return stored && std::holds_alternative<double>(*stored) ? truncated(std::get<double>(*stored))

@@ -37,6 +37,8 @@ class UserDefaults {
   std::optional<std::string> string(std::string_view key) const;
   /// The strings under `key`; empty when there are none or the value is of another type.
   std::vector<std::string> stringArray(std::string_view key) const;
+  /// Whether there is a true, or a number that is not 0, under `key`.
+  bool boolean(std::string_view key) const;
   /// The number under `key`, a fraction cut off; 0 when there is none or it does not fit.
   std::int64_t integer(std::string_view key) const;
   /// The number under `key`; 0 when there is none.

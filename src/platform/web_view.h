@@ -47,7 +47,7 @@ class WebViewDelegate {
 ///
 /// The page may read the files of the folder that it was loaded from, and web addresses; no other file, by whatever
 /// means. Media start without a user's gesture and never keep the machine awake or turn up in the desktop's media
-/// controls. A page can open no window, dialog or download. It is black until it draws something.
+/// controls. A page can open no window, dialog or download. A wallpaper is black until it draws something.
 class WebView {
  public:
   using Answer = std::function<void(const Result<ScriptValue>& answer)>;
@@ -75,6 +75,13 @@ class WebViews {
  public:
   virtual ~WebViews() = default;
 
+  enum class Kind {
+    wallpaper,
+    /// A page of the program's own that the user reads. Until it draws, what lies behind the view shows through. It
+    /// can't go to another page: a link to the web that the user follows opens in the desktop's browser.
+    document,
+  };
+
   struct Settings {
     /// Size in logical pixels.
     double width = 0;
@@ -82,6 +89,7 @@ class WebViews {
     /// The page posts to `window.webkit.messageHandlers.<messageHandler>`.
     std::string messageHandler;
     std::vector<std::string> userScripts;
+    Kind kind = Kind::wallpaper;
   };
 
   /// `delegate` must outlive the view.

@@ -12,6 +12,7 @@
 #include "platform/application.h"
 #include "platform/clock.h"
 #include "platform/desktop_picture.h"
+#include "platform/guide_window.h"
 #include "platform/login_item.h"
 #include "platform/open_panel.h"
 #include "platform/processes.h"
@@ -230,6 +231,28 @@ struct FakeWindows final : WallpaperWindows {
     return window;
   }
   std::vector<FakeWindow*> made;
+};
+
+/// A window that counts how often it was brought to the front.
+struct FakeGuideWindow final : GuideWindow {
+  FakeGuideWindow(const GuideWindows::Settings& made, GuideWindowDelegate& heard) : settings(made), delegate(heard) {}
+  void show() override { ++shown; }
+  bool isVisible() const override { return shown > 0; }
+  void performClose() override { delegate.guideWindowWillClose(*this); }
+
+  GuideWindows::Settings settings;
+  GuideWindowDelegate& delegate;
+  int shown = 0;
+};
+
+struct FakeGuideWindows final : GuideWindows {
+  std::unique_ptr<GuideWindow> make(const Settings& settings, WebView& /*content*/,
+                                    GuideWindowDelegate& delegate) override {
+    auto window = std::make_unique<FakeGuideWindow>(settings, delegate);
+    made.push_back(window.get());
+    return window;
+  }
+  std::vector<FakeGuideWindow*> made;
 };
 
 }  // namespace tavelle

@@ -31,6 +31,7 @@ struct FakePlatform {
             .desktopPicture = desktopPicture,
             .files = files,
             .fileTypes = fileTypes,
+            .guideWindows = guideWindows,
             .loginItem = loginItem,
             .mainLoop = mainLoop,
             .openPanels = openPanels,
@@ -67,6 +68,7 @@ struct FakePlatform {
   FakeDesktopPicture desktopPicture;
   FakeFiles files;
   MimeFileTypes fileTypes;
+  FakeGuideWindows guideWindows;
   FakeLoginItem loginItem;
   FakeMainLoop mainLoop;
   FakeOpenPanels openPanels;

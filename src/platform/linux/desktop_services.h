@@ -10,6 +10,7 @@ class Alerts;
 class Application;
 class DesktopPicture;
 class OpenPanels;
+class GuideWindows;
 class Screens;
 class StatusItems;
 class WallpaperWindows;
@@ -27,6 +28,7 @@ class DesktopServices {
   virtual Application& application() = 0;
   virtual DesktopPicture& desktopPicture() = 0;
   virtual OpenPanels& openPanels() = 0;
+  virtual GuideWindows& guideWindows() = 0;
   virtual Screens& screens() = 0;
   virtual StatusItems& statusItems() = 0;
   virtual WallpaperWindows& windows() = 0;

@@ -5,6 +5,7 @@
 #include "platform/alerts.h"
 #include "platform/application.h"
 #include "platform/desktop_picture.h"
+#include "platform/guide_window.h"
 #include "platform/open_panel.h"
 #include "platform/screens.h"
 #include "platform/status_item.h"
@@ -23,6 +24,7 @@ class NoDesktop final : public DesktopServices,
                         Application,
                         DesktopPicture,
                         OpenPanels,
+                        GuideWindows,
                         Screens,
                         StatusItems,
                         WallpaperWindows,
@@ -34,6 +36,7 @@ class NoDesktop final : public DesktopServices,
   Application& application() override { return *this; }
   DesktopPicture& desktopPicture() override { return *this; }
   OpenPanels& openPanels() override { return *this; }
+  GuideWindows& guideWindows() override { return *this; }
   Screens& screens() override { return *this; }
   StatusItems& statusItems() override { return *this; }
   WallpaperWindows& windows() override { return *this; }
@@ -55,7 +58,11 @@ class NoDesktop final : public DesktopServices,
   Registration onChange(std::function<void()> /*changed*/) override { return {}; }
   std::unique_ptr<StatusItem> make(std::function<void(MenuItems&)> /*menuNeedsUpdate*/) override { return nullptr; }
   std::unique_ptr<WallpaperWindow> make(const Screen& /*screen*/) override { return nullptr; }
-  std::unique_ptr<WebView> make(const Settings& /*settings*/, WebViewDelegate& /*delegate*/) override {
+  std::unique_ptr<WebView> make(const WebViews::Settings& /*settings*/, WebViewDelegate& /*delegate*/) override {
+    return nullptr;
+  }
+  std::unique_ptr<GuideWindow> make(const GuideWindows::Settings& /*settings*/, WebView& /*content*/,
+                                    GuideWindowDelegate& /*delegate*/) override {
     return nullptr;
   }
   std::optional<std::vector<WindowDescription>> onScreen() const override { return std::nullopt; }

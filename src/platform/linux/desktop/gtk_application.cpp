@@ -57,7 +57,10 @@ int GtkApplication::run(ApplicationDelegate& delegate) {
 }
 
 void GtkApplication::activate(ApplicationDelegate& delegate) {
-  if (std::exchange(launched_, true)) return;
+  if (std::exchange(launched_, true)) {
+    delegate.applicationShouldHandleReopen();
+    return;
+  }
   // The application has no window of its own that would keep it running.
   application_->hold();
   delegate.applicationDidFinishLaunching();

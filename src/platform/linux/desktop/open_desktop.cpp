@@ -4,6 +4,7 @@
 #include "platform/linux/desktop/gdk_screens.h"
 #include "platform/linux/desktop/gtk_alerts.h"
 #include "platform/linux/desktop/gtk_application.h"
+#include "platform/linux/desktop/gtk_guide_window.h"
 #include "platform/linux/desktop/gtk_open_panels.h"
 #include "platform/linux/desktop/gtk_status_items.h"
 #include "platform/linux/desktop/linux_workspace.h"
@@ -32,6 +33,7 @@ class GtkDesktopServices final : public DesktopServices {
   Alerts& alerts() override { return alerts_; }
   DesktopPicture& desktopPicture() override { return desktopPicture_; }
   OpenPanels& openPanels() override { return openPanels_; }
+  GuideWindows& guideWindows() override { return guideWindows_; }
   Screens& screens() override { return screens_; }
   StatusItems& statusItems() override { return statusItems_; }
   WallpaperWindows& windows() override { return windows_; }
@@ -48,6 +50,7 @@ class GtkDesktopServices final : public DesktopServices {
   X11WindowList windowList_{connection_};
   LinuxWorkspace workspace_;
   AnnouncedPicture desktopPicture_{connection_};
+  GtkGuideWindows guideWindows_;
   X11WallpaperWindows windows_;
   std::unique_ptr<WebKitWebViews> webViews_;
 };

@@ -17,15 +17,15 @@ using UserScriptPtr = std::unique_ptr<WebKitUserScript, FreeWith<webkit_user_scr
 gboolean refuse() { return TRUE; }
 
 GObjectPtr<WebKitWebView> makeView(WebKitWebContext* context, WebKitSettings* settings,
-                                   WebKitUserContentManager* content) {
+                                   WebKitUserContentManager* content, WebViews::Kind kind) {
   const auto policies = adopt(webkit_website_policies_new_with_policies("autoplay", WEBKIT_AUTOPLAY_ALLOW, nullptr));
   auto view = sink(WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW,             //
                                                 "web-context", context,           //
                                                 "settings", settings,             //
                                                 "user-content-manager", content,  //
                                                 "website-policies", policies.get(), nullptr)));
-  constexpr GdkRGBA black{0, 0, 0, 1};
-  webkit_web_view_set_background_color(view.get(), &black);
+  const GdkRGBA background{0, 0, 0, kind == WebViews::Kind::wallpaper ? 1.0 : 0.0};
+  webkit_web_view_set_background_color(view.get(), &background);
   return view;
 }
 
@@ -42,12 +42,13 @@ WebKitView::WebKitView(WebKitWebContext* context, WebKitSettings* engineSettings
     : delegate_(delegate),
       filters_(filters),
       content_(adopt(webkit_user_content_manager_new())),
-      view_(makeView(context, engineSettings, content_.get())),
+      view_(makeView(context, engineSettings, content_.get(), settings.kind)),
       watch_([this] { evaluate("0", [](const auto&) {}); },
              [this] { webkit_web_view_terminate_web_process(view_.get()); }) {
   gtk_widget_set_size_request(widget(), static_cast<int>(settings.width), static_cast<int>(settings.height));
   connectSignals(settings.messageHandler);
   refuseWhatLeavesThePage();
+  if (settings.kind == WebViews::Kind::document) stayOnPage();
   setUserScripts(settings.userScripts);
 }
 
@@ -111,6 +112,24 @@ void WebKitView::refuseWhatLeavesThePage() {
                      return TRUE;
                    }),
                    nullptr);
+}
+
+void WebKitView::stayOnPage() {
+  const auto decide = [](WebKitWebView*, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type,
+                         gpointer self) -> gboolean {
+    if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) return FALSE;
+    auto* const action =
+        webkit_navigation_policy_decision_get_navigation_action(WEBKIT_NAVIGATION_POLICY_DECISION(decision));
+    const std::string address = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
+    if (address.substr(0, address.find('#')) == fileUri(static_cast<WebKitView*>(self)->page_)) return FALSE;
+    webkit_policy_decision_ignore(decision);
+    const bool isFollowed = webkit_navigation_action_get_navigation_type(action) == WEBKIT_NAVIGATION_TYPE_LINK_CLICKED;
+    if (isFollowed && address.starts_with("http")) {
+      g_app_info_launch_default_for_uri_async(address.c_str(), nullptr, nullptr, nullptr, nullptr);
+    }
+    return TRUE;
+  };
+  g_signal_connect(view_.get(), "decide-policy", G_CALLBACK(+decide), this);
 }
 
 void WebKitView::loadFile(const std::filesystem::path& page, const std::filesystem::path& folder) {

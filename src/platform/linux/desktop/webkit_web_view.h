@@ -33,6 +33,7 @@ class WebKitView final : public WebView {
   struct PendingAnswer;
   void connectSignals(const std::string& messageHandler);
   void refuseWhatLeavesThePage();
+  void stayOnPage();
   void loadIsolated(const Result<WebKitUserContentFilter*>& filter);
   void loadChanged(WebKitLoadEvent event);
   void loadFailed(const GError* error);
