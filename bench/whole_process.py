@@ -100,7 +100,8 @@ def make_video_wallpaper(home):
 def choose(home, name):
     settings = home / ".config/tavelle/defaults.plist"
     settings.parent.mkdir(parents=True, exist_ok=True)
-    settings.write_text(f'<plist version="1.0"><dict><key>wallpaper</key><string>{name}</string></dict></plist>')
+    settings.write_text(f'<plist version="1.0"><dict><key>wallpaper</key><string>{name}</string>'
+                        '<key>guideShown</key><true/></dict></plist>')
 
 
 def milliseconds(command, environment, runs=30):

@@ -139,6 +139,7 @@ class Tavelle:
         self.settings_file = home / ".config/tavelle/defaults.plist"
         self.environment = desktop.environment | {"HOME": str(home)}
         self.process = None
+        self.program = BINARY
         self.bus = Gio.DBusConnection.new_for_address_sync(
             desktop.environment["DBUS_SESSION_BUS_ADDRESS"],
             Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
@@ -151,16 +152,21 @@ class Tavelle:
 
     def store(self, **values):
         """Settings as an earlier run left them, with the bundled wallpapers long since added (and deleted)."""
+        values = {"seededWallpapers": SAMPLES, "guideShown": True} | values
         self.settings_file.parent.mkdir(parents=True, exist_ok=True)
-        self.settings_file.write_bytes(plistlib.dumps({"seededWallpapers": SAMPLES} | values))
+        self.settings_file.write_bytes(plistlib.dumps(values))
 
     def stored(self):
         return plistlib.loads(self.settings_file.read_bytes())
 
     def start(self, *arguments, cwd=None, **environment):
+        """A program that finds no settings at all has shown its tutorial before, unless their folder is there."""
+        if not self.settings_file.parent.exists():
+            self.settings_file.parent.mkdir(parents=True)
+            self.settings_file.write_bytes(plistlib.dumps({"guideShown": True}))
         # The engine's libraries fill it with complaints about the machine, but a sanitizer's report is here too.
         with open(self.home / "stderr.txt", "ab") as complaints:
-            self.process = subprocess.Popen([BINARY, *arguments], env=self.environment | environment, cwd=cwd,
+            self.process = subprocess.Popen([self.program, *arguments], env=self.environment | environment, cwd=cwd,
                                             stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=complaints)
 
     def play(self, page, cwd=None, **values):

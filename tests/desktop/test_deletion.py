@@ -38,7 +38,7 @@ def test_the_question_is_answered_by_keyboard(tavelle, view, desktop):
     tavelle.wait("deleted Own")
     tavelle.wait("showing Next")
     assert tavelle.stored() | {"seededWallpapers": []} == {
-        "seededWallpapers": [], "wallpaper": "Next", "recentWallpapers": ["Next"]}
+        "seededWallpapers": [], "guideShown": True, "wallpaper": "Next", "recentWallpapers": ["Next"]}
     for place in [(0, 0, 1280, 720), (1280, 0, 1280, 720)]:
         wait_until(lambda: view.colors(*place) == {0x000080}, 20, "the next wallpaper")
     # And back again.

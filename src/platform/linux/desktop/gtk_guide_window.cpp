@@ -166,7 +166,8 @@ class GtkGuideWindow final : public GuideWindow {
     int rootX = 0;
     int rootY = 0;
     const GdkEvent* const event = drag_->get_last_event(nullptr);
-    page_->get_window()->get_root_coords(static_cast<int>(startX + x), static_cast<int>(startY + y), rootX, rootY);
+    // From where it was pressed, so that the page stays where it is under the pointer.
+    page_->get_window()->get_root_coords(static_cast<int>(startX), static_cast<int>(startY), rootX, rootY);
     window_.begin_move_drag(GDK_BUTTON_PRIMARY, rootX, rootY, gdk_event_get_time(event));
     drag_->reset();
   }
