@@ -119,7 +119,6 @@ void Guide::close() {
 
 void Guide::guideWindowWillClose(GuideWindow& window) {
   if (&window != window_.get()) return;
-  showAnyway_.cancel();
   struct Closed {
     std::unique_ptr<GuideWindow> window;
     std::unique_ptr<WebView> web;

@@ -10,6 +10,7 @@ import sys
 
 from gi.repository import Gio, GLib
 from Xlib import X, Xatom, display, error
+from Xlib.ext import xtest
 from Xlib.protocol import event
 
 REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
@@ -74,15 +75,40 @@ class XView:
             except error.BadWindow:
                 pass
 
-    def wallpapers(self):
+    def named(self, name, in_sight=True):
+        """The windows of that title."""
         found = []
         for window in self.windows():
             try:
-                if window.get_wm_name() == "Tavelle wallpaper":
+                if window.get_wm_name() == name and (
+                        not in_sight or window.get_attributes().map_state == X.IsViewable):
                     found.append(window)
-            except error.BadWindow:
+            except (error.BadWindow, error.BadDrawable):
                 pass
         return found
+
+    def wallpapers(self):
+        return self.named("Tavelle wallpaper", in_sight=False)
+
+    def wait_for_focus(self, name):
+        window = wait_until(lambda: self.named(name), 30, name)[0]
+        wait_until(lambda: self.property(self.root, "_NET_ACTIVE_WINDOW") == [window.id], 20, f"{name} to have the focus")
+        return window
+
+    def press(self, *keys):
+        """Keys that are held down together."""
+        codes = [self.display.keysym_to_keycode(key) for key in keys]
+        for happening, order in [(X.KeyPress, codes), (X.KeyRelease, codes[::-1])]:
+            for code in order:
+                xtest.fake_input(self.display, happening, code)
+        self.display.sync()
+
+    def point(self, place, *buttons):
+        """Moves the pointer, then presses or releases its first button."""
+        xtest.fake_input(self.display, X.MotionNotify, x=place[0], y=place[1])
+        for happening in buttons:
+            xtest.fake_input(self.display, happening, 1)
+        self.display.sync()
 
     def place(self, window):
         size = window.get_geometry()

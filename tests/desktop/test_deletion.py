@@ -4,7 +4,6 @@ import subprocess
 import urllib.parse
 
 import pytest
-from dialogs import dialog, press, wait_for_dialog
 from session import color_page, wait_until
 from gi.repository import GLib
 from Xlib import XK
@@ -24,17 +23,17 @@ def test_the_question_is_answered_by_keyboard(tavelle, view, desktop):
     subprocess.run(["convert", "-size", "320x180", "xc:red", still], check=True)
     tavelle.add("Next", color_page("#000080"))
     tavelle.act("delete", GLib.Variant("s", "Own"))
-    window = wait_for_dialog(view)
+    window = view.wait_for_focus("Tavelle")
     place = view.place(window)
     # The still is the icon, 64 by 36, above the wallpaper.
     wait_until(lambda: view.pixels(*place).count(0xFF0000) == 64 * 36, 20, "the icon")
-    press(view, XK.XK_Escape)
-    wait_until(lambda: not dialog(view), 20, "the dialog to go")
+    view.press(XK.XK_Escape)
+    wait_until(lambda: not view.named("Tavelle"), 20, "the dialog to go")
     assert (tavelle.library / "Own").exists() and not trashed(tavelle)
 
     tavelle.act("delete", GLib.Variant("s", "Own"))
-    wait_for_dialog(view)
-    press(view, XK.XK_Return)
+    view.wait_for_focus("Tavelle")
+    view.press(XK.XK_Return)
     tavelle.wait("deleted Own")
     tavelle.wait("showing Next")
     assert tavelle.stored() | {"seededWallpapers": []} == {
@@ -50,7 +49,7 @@ def test_the_question_is_answered_by_keyboard(tavelle, view, desktop):
 def test_a_question_does_not_keep_the_program(tavelle, view):
     tavelle.play(color_page("#008000"))
     tavelle.act("delete", GLib.Variant("s", "Own"))
-    wait_for_dialog(view)
+    view.wait_for_focus("Tavelle")
     assert tavelle.stop() == 0
     assert (tavelle.library / "Own").exists()
 

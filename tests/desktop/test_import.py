@@ -3,7 +3,6 @@
 import subprocess
 
 import pytest
-from dialogs import dialog, press, wait_for_dialog
 from gi.repository import Gio, GLib
 from session import color_page, wait_until
 from Xlib import XK
@@ -28,13 +27,13 @@ def start_choosing_in(tavelle, folder):
 def choose_all(tavelle, view):
     """Adds all files by keyboard alone."""
     tavelle.act("add")
-    wait_for_dialog(view, CHOOSER)
+    view.wait_for_focus(CHOOSER)
 
     def closes():
-        if not dialog(view, CHOOSER):
+        if not view.named(CHOOSER):
             return True
-        press(view, XK.XK_a, [XK.XK_Control_L])
-        press(view, XK.XK_Return)
+        view.press(XK.XK_Control_L, XK.XK_a)
+        view.press(XK.XK_Return)
         return False
     # The chooser takes a while to find the files, and to close: no key may reach what comes next.
     wait_until(closes, 20, "the chooser to close", 1)
@@ -58,10 +57,10 @@ def test_what_is_chosen_by_keyboard_plays(tavelle, view, tmp_path):
     assert sorted(each.name for each in (tavelle.library / "red").iterdir()) == ["index.html", "still.jpg", "video.mp4"]
     # A second wish finds the chooser that is open; closing it adds nothing.
     tavelle.act("add")
-    wait_for_dialog(view, CHOOSER)
+    view.wait_for_focus(CHOOSER)
     tavelle.act("add")
-    press(view, XK.XK_Escape)
-    wait_until(lambda: not dialog(view, CHOOSER), 20, "the chooser to close")
+    view.press(XK.XK_Escape)
+    wait_until(lambda: not view.named(CHOOSER), 20, "the chooser to close")
     assert len(tavelle.found("added ")) == 2
 
 
@@ -72,9 +71,9 @@ def test_an_alert_tells_what_could_not_be_added(tavelle, view, tmp_path):
     tavelle.library.write_text("")
     choose_all(tavelle, view)
     tavelle.wait("couldn't add page.html: .*Not a directory")
-    wait_for_dialog(view)
-    press(view, XK.XK_Return)
-    wait_until(lambda: not dialog(view), 20, "the alert to go")
+    view.wait_for_focus("Tavelle")
+    view.press(XK.XK_Return)
+    wait_until(lambda: not view.named("Tavelle"), 20, "the alert to go")
 
 
 class Portal:
