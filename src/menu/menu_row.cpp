@@ -46,16 +46,16 @@ bool MenuRow::accessibilityPerformPress() {
 }
 
 void MenuRow::draw(Canvas& canvas, const MenuTheme& theme) const {
-  const auto [x, y, width, rowHeight] = bounds();
+  const double width = bounds().width;
   if (hovered_) {
-    canvas.fillRoundedRect({highlightInset, 0, std::max(0.0, width - 2 * highlightInset), rowHeight}, highlightRadius,
+    canvas.fillRoundedRect({highlightInset, 0, std::max(0.0, width - 2 * highlightInset), height}, highlightRadius,
                            theme.accent);
   }
   const Color& normal = content_.secondary ? theme.secondaryLabel : theme.label;
   const Color& color = hovered_ ? theme.selectedText : normal;
 
   const double symbolPoints = theme.font.size - symbolReduction;
-  const auto centred = [&](const Size& size) { return (rowHeight - size.height) / 2; };
+  const auto centred = [&](const Size& size) { return (height - size.height) / 2; };
   if (const auto size = canvas.symbolSize("checkmark", symbolPoints); content_.checked && size) {
     canvas.drawSymbol("checkmark", symbolPoints, {checkMarkLeft, centred(*size)}, color);
   }
@@ -69,7 +69,7 @@ void MenuRow::draw(Canvas& canvas, const MenuTheme& theme) const {
   const FontMetrics metrics = canvas.metrics(theme.font);
   const double lineHeight = std::ceil(metrics.ascender - metrics.descender);
   const double room = std::max(0.0, width - titleLeft - reserve);
-  canvas.drawText(content_.title, {titleLeft, std::floor((rowHeight - lineHeight) / 2), room, lineHeight}, theme.font,
+  canvas.drawText(content_.title, {titleLeft, std::floor((height - lineHeight) / 2), room, lineHeight}, theme.font,
                   color);
 }
 

@@ -1,7 +1,6 @@
 #include "menu/view.h"
 
 #include <algorithm>
-#include <ranges>
 #include <utility>
 
 #include "platform/canvas.h"
@@ -72,10 +71,13 @@ void View::render(Canvas& canvas, const MenuTheme& theme, const Rect& visible) c
 
 View* View::hitTest(const Point& point) {
   if (!bounds().contains(point)) return nullptr;
-  for (const auto& each : subviews_ | std::views::reverse) {
-    if (View* const hit = each->hitTest({point.x - each->frame_.x, point.y - each->frame_.y})) return hit;
+  View* deepest = this;
+  for (const auto& each : subviews_) {
+    const Rect& place = each->frame_;
+    // Later ones lie over earlier ones.
+    if (View* const hit = each->hitTest({point.x - place.x, point.y - place.y})) deepest = hit;
   }
-  return this;
+  return deepest;
 }
 
 Rect View::convert(Rect area, const View& ancestor) const {

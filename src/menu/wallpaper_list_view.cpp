@@ -108,8 +108,8 @@ void WallpaperListView::pick(Wallpaper wallpaper) {
 }
 
 void WallpaperListView::toggle() {
-  calls_.after(0, [weak = weak_from_this()] {
-    if (const auto list = weak.lock()) static_cast<WallpaperListView&>(*list).applyToggle();
+  calls_.after(0, [this, weak = weak_from_this()] {
+    if (const auto alive = weak.lock()) applyToggle();
   });
 }
 

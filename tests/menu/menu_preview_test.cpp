@@ -96,6 +96,9 @@ TEST_F(MenuPreview, DrawsEachAppearanceCollapsedAndExpanded) {
       EXPECT_EQ(drawn.ink(21, 26, 0, 22, grey), 0) << "titles line up behind the check mark's column";
       EXPECT_EQ(drawn.ink(10, 21, 0, 22, grey) > 20, samples > 0) << "the first one counts as the current one";
       if (height < 44) continue;
+      if (height == 209) {
+        EXPECT_EQ(drawn.ink(100, 200, 187, 209, grey), 0) << "the box cuts its ninth row off";
+      }
       EXPECT_EQ(drawn.ink(10, 21, 44, height, grey), 0) << "nothing else is checked";
       EXPECT_EQ(drawn.ink(5, 7, 30, 36, grey), highlit ? 12 : 0);
     }
@@ -142,6 +145,12 @@ TEST_F(MenuPreview, EndsALongTitleInAnEllipsisWhicheverWayItIsRead) {
   }
 }
 
+TEST_F(MenuPreview, BeginsEveryTitleAtTheLeft) {
+  platform.addWallpaper("الأمواج");
+  preview(0);
+  EXPECT_GT(image("light-collapsed").ink(26, 60, 0, 22, light), 50);
+}
+
 TEST_F(MenuPreview, ScrollsToTheStoredWallpaperAmongAll) {
   platform.defaults.set("wallpaper", "Sample Wallpaper 11");
   platform.addWallpaper("Sample Wallpaper 2b");
@@ -158,11 +167,21 @@ TEST_F(MenuPreview, ScrollsToTheStoredWallpaperAmongAll) {
 TEST_F(MenuPreview, TellsWhatItDrewWhetherOrNotItCouldBeWritten) {
   EXPECT_EQ(preview(1, "/missing"), preview(1));
   EXPECT_FALSE(platform.files.exists("/missing"));
+  struct NoPng final : Bitmap {
+    Canvas& canvas() override { return drawn->canvas(); }
+    Result<std::string> png() override { return Error{"out of memory"}; }
+    std::unique_ptr<Bitmap> drawn = CairoBitmaps().make(1, 1, 1);
+  };
   struct : Bitmaps {
-    std::unique_ptr<Bitmap> make(double, double, double) override { return nullptr; }
-  } none;
+    std::unique_ptr<Bitmap> make(double, double, double) override { return full ? nullptr : std::make_unique<NoPng>(); }
+    bool full = false;
+  } broken;
   std::ostringstream out;
-  previewMenu(controller, platform, none, "/out", 1, out);
+  previewMenu(controller, platform, broken, "/out", 1, out);
+  EXPECT_EQ(out.str(), preview(1));
+  broken.full = true;
+  out.str("");
+  previewMenu(controller, platform, broken, "/out", 1, out);
   EXPECT_EQ(out.str(), "");
 }
 
