@@ -3,7 +3,7 @@
 import pytest
 from gi.repository import GLib
 from session import PATIENCE, end, wait_until
-from tray import NO_BUS, Panel, Probe, Watcher, click, embedded, in_sight
+from tray import NO_BUS, Panel, Probe, Watcher, click, embedded, in_sight, leave
 
 
 @pytest.fixture(scope="module", name="monitors")
@@ -38,11 +38,13 @@ def test_a_panel_shows_it_and_tells_its_clicks(panel, probe, view, on_bus):
     for _ in range(2):
         x, y, width, height = wait_until(lambda: in_sight(view), PATIENCE, "the icon")
         assert len(embedded(view)) == (0 if on_bus else 1)
-        for button in (1, 3):
+        # Over the bus this panel keeps the second button for a menu of its own.
+        for button in (1,) if on_bus else (1, 3):
             click(view, x + width // 2, y + height // 2, button)
             count += 1
             place = probe.wait(count)
             inside = place[0] <= x + width // 2 < place[0] + place[2] and place[1] <= y + 12 < place[1] + place[3]
+            leave(view)
             assert inside or (on_bus and place[2:] == (1, 1) and place[1] <= 31), place
         probe.tell("click")
         count += 1

@@ -144,18 +144,24 @@ def in_sight(view):
 
 def embedded(view):
     """The icons that an X tray shows."""
-    found = []
+    found = {}  # a window that changes its parent meanwhile comes twice
     for window in view.windows():
         try:
             if window.get_wm_name() == "Tavelle" and window.get_attributes().map_state == X.IsViewable:
-                found.append(window)
+                found[window.id] = window
         except error.BadWindow:
             pass
-    return found
+    return list(found.values())
 
 
 def click(view, x, y, button):
     xtest.fake_input(view.display, X.MotionNotify, x=x, y=y)
     for kind in (X.ButtonPress, X.ButtonRelease):
         xtest.fake_input(view.display, kind, button)
+    view.display.sync()
+
+
+def leave(view):
+    """Takes the pointer off the panel, which lights up what is under it."""
+    xtest.fake_input(view.display, X.MotionNotify, x=640, y=360)
     view.display.sync()

@@ -90,6 +90,12 @@ TEST_F(Autostart, LeavesNothingBehindOfItsOwn) {
   EXPECT_TRUE(g_desktop_app_info_get_show_in(info.get(), "XFCE"));
   ASSERT_TRUE(item.unregister());
   EXPECT_TRUE(fs::is_empty(home));
+
+  // Where the system has an entry, too, taking ours away would only bring that one out.
+  ASSERT_TRUE(item.registerApplication());
+  put(systems, head + "Exec=true\n");
+  ASSERT_TRUE(item.unregister());
+  EXPECT_EQ(item.status(), notRegistered);
 }
 
 TEST_F(Autostart, KeepsWhatOthersWroteIntoIt) {
