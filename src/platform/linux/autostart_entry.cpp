@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <string_view>
 #include <system_error>
@@ -196,14 +197,14 @@ Result<std::string> AutostartEntry::fresh() const {
     return Error{"a desktop entry can't hold the path " + escapedUtf8(executable_.native())};
   }
   const KeyFilePtr entry(g_key_file_new());
-  const std::pair<const char*, std::string> keys[]{
-      {G_KEY_FILE_DESKTOP_KEY_TYPE, G_KEY_FILE_DESKTOP_TYPE_APPLICATION},
-      {G_KEY_FILE_DESKTOP_KEY_NAME, "Tavelle"},
-      {G_KEY_FILE_DESKTOP_KEY_COMMENT, "Plays a wallpaper behind the desktop's icons"},
-      {G_KEY_FILE_DESKTOP_KEY_ICON, "org.tavelle.Tavelle"},
-      {G_KEY_FILE_DESKTOP_KEY_EXEC, commandLine(executable_)},
-      {G_KEY_FILE_DESKTOP_KEY_TRY_EXEC, executable_.native()},
-      {G_KEY_FILE_DESKTOP_KEY_TERMINAL, "false"}};
+  const std::array<std::pair<const char*, std::string>, 7> keys{
+      {{G_KEY_FILE_DESKTOP_KEY_TYPE, G_KEY_FILE_DESKTOP_TYPE_APPLICATION},
+       {G_KEY_FILE_DESKTOP_KEY_NAME, "Tavelle"},
+       {G_KEY_FILE_DESKTOP_KEY_COMMENT, "Plays a wallpaper behind the desktop's icons"},
+       {G_KEY_FILE_DESKTOP_KEY_ICON, "org.tavelle.Tavelle"},
+       {G_KEY_FILE_DESKTOP_KEY_EXEC, commandLine(executable_)},
+       {G_KEY_FILE_DESKTOP_KEY_TRY_EXEC, executable_.native()},
+       {G_KEY_FILE_DESKTOP_KEY_TERMINAL, "false"}}};
   for (const auto& [key, content] : keys) g_key_file_set_string(entry.get(), group, key, content.c_str());
   return text(entry.get());
 }

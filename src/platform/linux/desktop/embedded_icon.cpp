@@ -51,14 +51,13 @@ EmbeddedIcon::EmbeddedIcon(Clicked clicked)
   gtk_status_icon_set_title(icon_.get(), "Tavelle");
   gtk_status_icon_set_tooltip_text(icon_.get(), "Tavelle");
   g_signal_connect(icon_.get(), "size-changed", G_CALLBACK(fillSize), nullptr);
-  auto* const data = const_cast<Clicked*>(&clicked_);
-  g_signal_connect(icon_.get(), "activate", G_CALLBACK(+[](GtkStatusIcon*, gpointer it) { call(it); }), data);
+  g_signal_connect(icon_.get(), "activate", G_CALLBACK(+[](GtkStatusIcon*, gpointer it) { call(it); }), &clicked_);
   g_signal_connect(icon_.get(), "popup-menu", G_CALLBACK(+[](GtkStatusIcon*, guint, guint, gpointer it) { call(it); }),
-                   data);
+                   &clicked_);
 }
 
 EmbeddedIcon::~EmbeddedIcon() {
-  g_signal_handlers_disconnect_by_data(icon_.get(), const_cast<Clicked*>(&clicked_));
+  g_signal_handlers_disconnect_by_data(icon_.get(), &clicked_);
   gtk_status_icon_set_visible(icon_.get(), FALSE);
 }
 

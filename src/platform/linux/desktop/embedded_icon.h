@@ -25,7 +25,7 @@ class EmbeddedIcon {
   std::optional<Gdk::Rectangle> place() const;
 
  private:
-  const std::function<void()> clicked_;
+  std::function<void()> clicked_;
   const GObjectPtr<GtkStatusIcon> icon_;
 };
 

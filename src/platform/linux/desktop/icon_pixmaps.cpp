@@ -3,6 +3,7 @@
 #include <glibmm/error.h>
 #include <gtkmm/icontheme.h>
 
+#include <array>
 #include <cstddef>
 #include <string>
 
@@ -12,7 +13,7 @@ namespace tavelle {
 namespace {
 
 /// The sizes of panels' icons, as they are and on dense displays.
-constexpr int sizes[]{16, 22, 24, 32, 48};
+constexpr std::array sizes{16, 22, 24, 32, 48};
 
 Glib::RefPtr<Gdk::Pixbuf> iconOfSize(int size) {
   try {

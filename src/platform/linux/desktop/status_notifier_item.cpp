@@ -138,7 +138,8 @@ void StatusNotifierItem::toldOfHost(const Result& result) {
     gboolean there = TRUE;
     // Whoever answers something else has taken the icon all the same.
     if (answer.get_type_string() == "(v)") {
-      const GVariantPtr boxed(g_variant_get_child_value(const_cast<GVariant*>(answer.gobj()), 0));
+      const GVariantPtr tuple(answer.gobj_copy());
+      const GVariantPtr boxed(g_variant_get_child_value(tuple.get(), 0));
       const GVariantPtr plain(g_variant_get_variant(boxed.get()));
       if (g_variant_is_of_type(plain.get(), G_VARIANT_TYPE_BOOLEAN)) there = g_variant_get_boolean(plain.get());
     }
@@ -156,7 +157,8 @@ void StatusNotifierItem::methodCalled(const std::string& method, const Glib::Var
   if (method != "Activate" && method != "ContextMenu") return;
   int x = 0;
   int y = 0;
-  g_variant_get(const_cast<GVariant*>(given.gobj()), "(ii)", &x, &y);
+  const GVariantPtr point(given.gobj_copy());
+  g_variant_get(point.get(), "(ii)", &x, &y);
   // Not in the middle of the bus's own work, since the item may be destroyed.
   Glib::signal_idle().connect_once(sigc::bind(sigc::mem_fun(*this, &StatusNotifierItem::click), x, y));
 }

@@ -34,12 +34,12 @@ class StatusNotifierItem : public sigc::trackable {
   void publish();
   void watcherAppeared();
   void watcherVanished();
-  void callWatcher(const char* interface, const char* method, const Glib::VariantContainerBase& arguments, Call done);
+  void callWatcher(const char* interface, const char* method, const Glib::VariantContainerBase& given, Call done);
   void registered(const Result& result);
   void askForHost();
   void toldOfHost(const Result& result);
   void setShown(bool shown);
-  void methodCalled(const std::string& method, const Glib::VariantContainerBase& arguments);
+  void methodCalled(const std::string& method, const Glib::VariantContainerBase& given);
   void click(int x, int y);
   GVariant* property(const std::string& name) const;
 
