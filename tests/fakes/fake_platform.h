@@ -14,14 +14,15 @@
 
 namespace tavelle {
 
-/// A whole desktop in memory: two screens side by side, a home folder, packaged resources. Only the order of names and
-/// the types of files are the real ones.
+/// A whole desktop in memory: two screens side by side, a home folder, packaged resources, a user who has seen the
+/// tutorial. Only the order of names and the types of files are the real ones.
 struct FakePlatform {
   FakePlatform() {
     screens.screens = {{"left", {0, 0, 1920, 1080}, {0, 0, 1920, 1080}, {0, 0, 1920, 1080}},
                        {"right", {1920, 56, 1280, 1024}, {1920, 56, 1280, 1024}, {1920, 0, 1280, 1024}}};
     files.put("/home/Library/Logs/Tavelle.log");
     static_cast<void>(files.createFolders("/share"));
+    defaults.set("guideShown", true);
   }
 
   operator Platform() {

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "app/controller.h"
 #include "fakes/fake_platform.h"
 
@@ -117,6 +115,7 @@ TEST_F(GuideTest, APageThatCrashesIsLoadedAgainOnce) {
 }
 
 TEST_F(GuideTest, OpensByItselfAtTheFirstLaunchOnly) {
+  platform.defaults.remove("guideShown");
   controller.applicationDidFinishLaunching();
   // Remembered before it opens, so that a launch that ends early does not bring it back.
   EXPECT_TRUE(platform.defaults.boolean("guideShown"));
