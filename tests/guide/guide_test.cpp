@@ -64,29 +64,34 @@ TEST_F(GuideTest, ClosedAndOpenedAgainItIsANewOneWithItsOwnTime) {
 }
 
 TEST_F(GuideTest, DoesWhatThePageAsksFor) {
+  controller.createStatusItem();
   struct Case {
     ScriptValue body;
-    Lines log;
+    std::size_t panels = 0;
     std::size_t folders = 0;
+    bool menu = false;
     bool closes = false;
   };
-  for (const auto& [body, log, folders, closes] : std::initializer_list<Case>{{{"add"}, {"stand-in: addWallpaper"}},
-                                                                              {{"menu"}, {"stand-in: openMenu"}},
-                                                                              {{"folder"}, {}, 1},
-                                                                              {{"close"}, {}, 0, true},
-                                                                              {{"Close"}, {}},
-                                                                              {{"close "}, {}},
-                                                                              {{1.0}, {}},
-                                                                              {{ScriptArray{{"close"}}}, {}},
-                                                                              {{ScriptObject{R"({"a":"close"})"}}, {}},
-                                                                              {{std::monostate()}, {}}}) {
-    platform.files.put("/home/Library/Logs/Tavelle.log");
+  for (const auto& [body, panels, folders, menu, closes] :
+       std::initializer_list<Case>{{{"add"}, 1},
+                                   {{"folder"}, 0, 1},
+                                   {{"menu"}, 0, 0, true},
+                                   {{"close"}, 0, 0, false, true},
+                                   {{"Close"}},
+                                   {{"close "}},
+                                   {{1.0}},
+                                   {{ScriptArray{{"close"}}}},
+                                   {{ScriptObject{R"({"a":"close"})"}}},
+                                   {{std::monostate()}}}) {
+    platform.openPanels.shown.clear();
     platform.workspace.opened.clear();
+    platform.statusItems.isOpen = false;
     open();
     const std::size_t before = opened();
     post(body);
-    EXPECT_EQ(platform.log(), log);
+    EXPECT_EQ(platform.openPanels.shown.size(), panels);
     EXPECT_EQ(platform.workspace.opened.size(), folders);
+    EXPECT_EQ(platform.statusItems.isOpen, menu);
     open();
     EXPECT_EQ(opened() > before, closes) << body.value.index();
   }

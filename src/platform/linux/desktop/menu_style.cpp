@@ -12,6 +12,7 @@ namespace {
 
 // A row's text begins 26 points from the left: the highlight's margin of 5, and 21 for the check mark.
 constexpr auto style = R"(
+.tavelle-menu { padding: 5px 0; }
 .tavelle-menu menuitem {
   min-height: 22px; padding: 0 5px; margin: 0 5px; border-radius: 5px;
 }
