@@ -19,9 +19,10 @@ constexpr auto style = R"(
 .tavelle-menu menuitem check, .tavelle-menu menuitem check:dir(ltr), .tavelle-menu menuitem check:dir(rtl) {
   min-width: 12px; min-height: 12px; margin: 0 2px 0 0; padding: 0; border-width: 1px;
 }
-.tavelle-menu menuitem check:not(:checked) {
-  -gtk-icon-source: none; border-color: transparent; background: none; box-shadow: none;
+.tavelle-menu menuitem check {
+  -gtk-icon-source: none; border-color: transparent; background: none; box-shadow: none; color: inherit; -gtk-icon-shadow: none;
 }
+.tavelle-menu menuitem check:checked { -gtk-icon-source: -gtk-icontheme("object-select-symbolic"); }
 .tavelle-menu separator { margin: 5px 12px; }
 .tavelle-menu .tavelle-heading { font-weight: bold; }
 .tavelle-menu .tavelle-heading label { font-size: 90%; }
