@@ -198,13 +198,16 @@ def test_is_dragged_by_the_strip_and_the_background(tavelle, guide, view, place)
     guide.open()
     x, y = guide.at((0, 0))
     # By a button it is not.
-    for (fromX, fromY), way in [(NEXT, (0, 0)), (place, (60, 40))]:
-        view.point((x + fromX, y + fromY), X.ButtonPress)
+    for held in (place, NEXT):
+        fromX, fromY = guide.at(held)
+        view.point((fromX, fromY), X.ButtonPress)
         for step in (1, 2, 3, 4, 5, 6):
             time.sleep(0.05)  # a hand's speed
-            view.point((x + fromX + 10 * step, y + fromY + 40 * step // 6))
-        wait_until(lambda: guide.at((0, 0)) == (x + way[0], y + way[1]), 20, "the window to be where it was dragged to")
-        view.point((x + fromX + 60, y + fromY + 40), X.ButtonRelease)
+            view.point((fromX + 10 * step, fromY + 40 * step // 6))
+        wait_until(lambda: guide.at((0, 0)) == (x + 60, y + 40), 20, "the window to be where it was dragged to")
+        view.point((fromX + 60, fromY + 40), X.ButtonRelease)
+        guide.heading()
+    assert guide.at((0, 0)) == (x + 60, y + 40)
 
 
 def test_a_page_that_never_finishes_loading_is_shown_all_the_same(tavelle, guide, view):
