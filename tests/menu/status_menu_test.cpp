@@ -58,21 +58,45 @@ struct StatusMenu : testing::Test {
 TEST_F(StatusMenu, HoldsEverythingInItsOrder) {
   for (const char* name : {"Dunes", "Waves 10", "Waves 9", "Alps"}) platform.addWallpaper(name);
   controller.applicationDidFinishLaunching();
-  EXPECT_EQ(described(menu()),
-            (Lines{"(Wallpapers)", "[list of 4 rows]", "-", "Add Wallpaper…", "Delete Wallpaper", "  Alps", "  Dunes",
-                   "  Waves 9", "  Waves 10", "Show Wallpapers Folder", "-", "Pause Animation", "Frame Rate",
-                   "  x 60 FPS", "  o 50 FPS", "  o 40 FPS", "  o 30 FPS", "  o 20 FPS", "  -",
-                   "  (Lower uses less battery)", "Resolution", "  x Full", "  o High (75%)", "  o Medium (50%)",
-                   "  o Low (35%)", "  -", "  (Lower is softer and uses less battery)", "o Open at Login", "-",
-                   "How to Use…", "Quit Tavelle"}));
+  EXPECT_EQ(described(menu()), (Lines{"(Wallpapers)",
+                                      "[list of 4 rows]",
+                                      "-",
+                                      "Add Wallpaper…",
+                                      "Delete Wallpaper",
+                                      "  Alps",
+                                      "  Dunes",
+                                      "  Waves 9",
+                                      "  Waves 10",
+                                      "Show Wallpapers Folder",
+                                      "-",
+                                      "Pause Animation",
+                                      "Frame Rate",
+                                      "  x 60 FPS",
+                                      "  o 50 FPS",
+                                      "  o 40 FPS",
+                                      "  o 30 FPS",
+                                      "  o 20 FPS",
+                                      "  -",
+                                      "  (Lower uses less battery)",
+                                      "Resolution",
+                                      "  x Full",
+                                      "  o High (75%)",
+                                      "  o Medium (50%)",
+                                      "  o Low (35%)",
+                                      "  -",
+                                      "  (Lower is softer and uses less battery)",
+                                      "o Open at Login",
+                                      "-",
+                                      "How to Use…",
+                                      "Quit Tavelle"}));
 }
 
 TEST_F(StatusMenu, ShowsHowThingsAre) {
   controller.applicationDidFinishLaunching();
   EXPECT_EQ(described(item(menu(), "Delete Wallpaper").submenu), Lines{"(No Wallpapers)"});
   EXPECT_EQ(std::get<double>(*platform.defaults.value("NSStatusItem Preferred Position Item-0")), 365.0);
-  for (const auto& [stored, titles] : std::vector<std::pair<std::int64_t, Lines>>{
-           {30, {"30 FPS"}}, {25, {}}, {90, {"60 FPS"}}, {0, {"60 FPS"}}}) {
+  for (const auto& [stored, titles] :
+       std::vector<std::pair<std::int64_t, Lines>>{{30, {"30 FPS"}}, {25, {}}, {90, {"60 FPS"}}, {0, {"60 FPS"}}}) {
     platform.defaults.set("fps", stored);
     EXPECT_EQ(checked("Frame Rate"), titles) << stored;
   }
@@ -81,8 +105,8 @@ TEST_F(StatusMenu, ShowsHowThingsAre) {
     platform.defaults.set("resolutionScale", stored);
     EXPECT_EQ(checked("Resolution"), titles) << stored;
   }
-  for (const auto& [status, on] : {std::pair(LoginItemStatus::enabled, true),
-                                   std::pair(LoginItemStatus::requiresApproval, false)}) {
+  for (const auto& [status, on] :
+       {std::pair(LoginItemStatus::enabled, true), std::pair(LoginItemStatus::requiresApproval, false)}) {
     platform.loginItem.now = status;
     EXPECT_EQ(item(menu(), "Open at Login").checked, on);
   }

@@ -7,6 +7,7 @@
 #include <gtkmm/separatormenuitem.h>
 #include <gtkmm/window.h>
 
+#include <algorithm>
 #include <memory>
 
 #include "platform/linux/desktop/list_menu_item.h"
@@ -42,21 +43,44 @@ Gdk::Rectangle pointerPlace() {
 
 std::unique_ptr<Gtk::MenuItem> makeItem(const MenuItem& item);
 
-void fill(Gtk::Menu& menu, const MenuItems& items) {
-  useMenuStyle(menu);
-  for (const MenuItem& item : items) menu.append(*Gtk::manage(makeItem(item).release()));
-  menu.show_all_children();
-}
+/// A submenu whose items come as they are needed: there may be one for each of thousands of wallpapers, and the toolkit
+/// takes seconds for so many.
+class Submenu final : public Gtk::Menu {
+ public:
+  /// `items` must outlive this.
+  explicit Submenu(const MenuItems& items) : items_(items) {
+    useMenuStyle(*this);
+    signal_map().connect([this] {
+      adding_ = Glib::signal_timeout().connect([this] { return add(furtherItems); }, furtherMilliseconds);
+    });
+    signal_unmap().connect([this] { adding_.disconnect(); });
+  }
+  ~Submenu() override { adding_.disconnect(); }
 
-/// Its items come when it is about to open: there may be one for each of thousands of wallpapers.
-void attachSubmenu(Gtk::MenuItem& parent, const MenuItems& items) {
-  auto* const submenu = Gtk::manage(new Gtk::Menu);
-  useMenuStyle(*submenu);
-  parent.set_submenu(*submenu);
-  parent.signal_select().connect([submenu, &items] {
-    if (submenu->get_children().empty()) fill(*submenu, items);
-  });
-}
+  /// Before it opens: as many as the highest screen shows.
+  void prepare() {
+    if (added_ == 0) add(firstItems);
+  }
+
+ private:
+  static constexpr std::size_t firstItems = 120;
+  static constexpr std::size_t furtherItems = 20;
+  static constexpr unsigned furtherMilliseconds = 15;
+
+  /// Whether there are more to add.
+  bool add(std::size_t count) {
+    for (const std::size_t end = std::min(items_.size(), added_ + count); added_ < end; ++added_) {
+      auto* const item = Gtk::manage(makeItem(items_[added_]).release());
+      append(*item);
+      item->show_all();
+    }
+    return added_ < items_.size();
+  }
+
+  const MenuItems& items_;
+  std::size_t added_ = 0;
+  sigc::connection adding_;
+};
 
 std::unique_ptr<Gtk::MenuItem> makeItem(const MenuItem& item) {
   if (item.kind == MenuItem::Kind::separator) return std::make_unique<Gtk::SeparatorMenuItem>();
@@ -74,7 +98,9 @@ std::unique_ptr<Gtk::MenuItem> makeItem(const MenuItem& item) {
   label.set_max_width_chars(50);
   if (item.kind == MenuItem::Kind::heading) made->get_style_context()->add_class("tavelle-heading");
   if (!item.submenu.empty()) {
-    attachSubmenu(*made, item.submenu);
+    auto* const submenu = Gtk::manage(new Submenu(item.submenu));
+    made->set_submenu(*submenu);
+    made->signal_select().connect([submenu] { submenu->prepare(); });
   } else if (item.action) {
     // Later, since it may open a dialog, and the menu that the item belongs to may be gone by then.
     made->signal_activate().connect([action = item.action] { Glib::signal_idle().connect_once(action); });
