@@ -1,0 +1,199 @@
+"""The status menu: the icon's click opens it, every item does its work, keyboard and assistive technology reach all."""
+
+import subprocess
+import sys
+
+import pytest
+from session import PATIENCE, TALKING, X, wait_until
+from tray import Panel, click, in_sight
+from Xlib import XK
+
+ROW = 22
+PADDING = 6  # the menu's own, with its frame
+# From the last item upwards.
+BELOW_LIST = ["Quit Tavelle", "How to Use…", "Open at Login", "Resolution", "Frame Rate", "Pause Animation",
+              "Show Wallpapers Folder", "Delete Wallpaper", "Add Wallpaper…"]
+NAMES = [f"Wallpaper {number}" for number in range(1, 13)]
+
+
+@pytest.fixture(scope="module", name="monitors")
+def fixture_monitors():
+    return 1
+
+
+class Menu:
+    """The menu, as somebody in front of the screen finds it."""
+
+    def __init__(self, tavelle, view):
+        self.tavelle = tavelle
+        self.view = view
+
+    def windows(self):
+        """The menu's window, and those of its submenus."""
+        return [each for each in self.view.named("Tavelle") if self.view.place(each)[2] > 100]
+
+    def open(self):
+        self.tavelle.act("menu")
+        return self.wait_until_open()
+
+    def wait_until_open(self, count=1):
+        return self.view.place(wait_until(lambda: self.windows()[count - 1:], 20, "the menu")[0])
+
+    def wait_until_closed(self):
+        wait_until(lambda: not self.windows(), 20, "the menu to be gone")
+
+    def choose(self, title, row=None):
+        """By keyboard, the `row` of a submenu if one is given."""
+        self.open()
+        for _ in range(BELOW_LIST.index(title) + 1):
+            self.view.press(XK.XK_Up)
+        if row is not None:
+            self.view.press(XK.XK_Right)
+            self.wait_until_open(2)
+            for _ in range(row):
+                self.view.press(XK.XK_Down)
+        self.view.press(XK.XK_Return)
+        self.wait_until_closed()
+
+
+@pytest.fixture(name="menu")
+def fixture_menu(tavelle, view):
+    return Menu(tavelle, view)
+
+
+@pytest.fixture(name="panel")
+def fixture_panel(desktop, tmp_path):
+    panel = Panel(desktop, tmp_path / "panel home")
+    yield panel
+    panel.close()
+
+
+def start(tavelle, current="Wallpaper 9", **environment):
+    for name in NAMES:
+        tavelle.add(name, TALKING)
+    tavelle.store(wallpaper=current, recentWallpapers=[current, "Wallpaper 2"])
+    tavelle.start(**environment)
+    tavelle.wait("loaded")
+
+
+def row_at(place, index):
+    """A point in a row of the list, the heading being the first."""
+    return place[0] + 100, place[1] + PADDING + ROW * index + ROW // 2
+
+
+def test_a_click_in_the_panel_opens_it_and_a_click_chooses(panel, tavelle, menu, view):
+    start(tavelle)
+    x, y, width, height = wait_until(lambda: in_sight(view), PATIENCE, "the icon")
+    click(view, x + width // 2, y + height // 2, 1)
+    place = menu.wait_until_open()
+    assert place[1] <= 40 and place[0] <= x + width
+    # A press that ends elsewhere chooses nothing; neither does a click on the row that makes all appear.
+    view.point(row_at(place, 2), X.ButtonPress)
+    view.point(row_at(place, 1))
+    view.point(row_at(place, 4), X.ButtonRelease)
+    view.point(row_at(place, 4), X.ButtonPress, X.ButtonRelease)
+    wait_until(lambda: menu.wait_until_open()[3] == place[3] + 187 - 3 * ROW, 20, "all wallpapers")
+    # In sight are those around the one that plays. Back to the top with the wheel, and the second one.
+    for _ in range(10):
+        click(view, *row_at(place, 3), 4)
+    view.point(row_at(place, 2), X.ButtonPress, X.ButtonRelease)
+    tavelle.wait("showing Wallpaper 2")
+    menu.wait_until_closed()
+    assert len(tavelle.found("showing Wallpaper")) == 1
+    # And once more, now that it has been open.
+    click(view, x + width // 2, y + height // 2, 1)
+    menu.wait_until_open()
+    view.press(XK.XK_Escape)
+    menu.wait_until_closed()
+
+
+def test_every_command_does_its_work(tavelle, menu, view):
+    start(tavelle)
+    menu.choose("Pause Animation")
+    tavelle.wait("paused")
+    menu.choose("Pause Animation")
+    tavelle.wait("resumed")
+    menu.choose("Frame Rate", 3)
+    tavelle.wait("frame rate 30 FPS")
+    menu.choose("Resolution", 2)
+    tavelle.wait("frame rate 30 FPS, resolution 50%")
+    assert (tavelle.stored()["fps"], tavelle.stored()["resolutionScale"]) == (30, 0.5)
+    for on in ("true", "false"):
+        menu.choose("Open at Login")
+        tavelle.wait(f"open at login: {on}")
+    menu.choose("Add Wallpaper…")
+    view.wait_for_focus("Add Wallpaper")
+    view.press(XK.XK_Escape)
+    wait_until(lambda: not view.named("Add Wallpaper"), 20, "the chooser to go")
+    menu.choose("How to Use…")
+    view.wait_for_focus("How to Use Tavelle")
+    view.press(XK.XK_Control_L, XK.XK_w)
+    wait_until(lambda: not view.named("How to Use Tavelle"), 20, "the guide to go")
+    menu.choose("Delete Wallpaper", 1)
+    view.wait_for_focus("Tavelle")
+    view.press(XK.XK_Return)
+    tavelle.wait("deleted Wallpaper 2")
+    menu.choose("Quit Tavelle")
+    process, tavelle.process = tavelle.process, None
+    assert process.wait(PATIENCE) == 0
+
+
+def test_the_keyboard_walks_through_the_rows_and_the_menu_stays_on_the_screen(tavelle, menu, view):
+    start(tavelle)
+    view.point((1270, 710))
+    collapsed = menu.open()
+    for key in [XK.XK_Down] * 4 + [XK.XK_Return]:
+        view.press(key)
+    expanded = wait_until(lambda: next((p for p in [menu.wait_until_open()] if p[3] > collapsed[3]), None), 20, "growth")
+    assert expanded[0] + expanded[2] <= 1280 and expanded[1] + expanded[3] <= 720
+    view.press(XK.XK_Return)
+    wait_until(lambda: menu.wait_until_open() == collapsed, 20, "the menu as it was")
+    view.press(XK.XK_Return)
+    wait_until(lambda: menu.wait_until_open() == expanded, 20, "all wallpapers again")
+    # From Show Less up to the first row, past what can be seen, and one down again.
+    for key in [XK.XK_Up] * 12 + [XK.XK_Down, XK.XK_space]:
+        view.press(key)
+    tavelle.wait("showing Wallpaper 2")
+    menu.wait_until_closed()
+
+
+ACCESSIBLE = """
+import sys, gi
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi
+def walk(node):
+    yield node
+    for i in range(node.get_child_count()):
+        child = node.get_child_at_index(i)
+        if child:
+            yield from walk(child)
+desktop = Atspi.get_desktop(0)
+program = next(each for each in (desktop.get_child_at_index(i) for i in range(desktop.get_child_count()))
+               if each and each.get_name() == "tavelle")
+for node in walk(program):
+    if node.get_role() == Atspi.Role.MENU_ITEM and node.get_parent().get_name() == "Wallpapers":
+        checked = node.get_state_set().contains(Atspi.StateType.CHECKED)
+        print(f"{node.get_name()}|{checked}|{node.get_action_iface() and node.get_action_name(0)}", flush=True)
+        if sys.argv[1:] == [node.get_name()]:
+            node.do_action(0)
+            break
+"""
+
+
+def test_assistive_technology_finds_and_presses_every_row(tavelle, menu):
+    environment = tavelle.environment | {"NO_AT_BRIDGE": "0"}
+    start(tavelle, NO_AT_BRIDGE="0", GTK_MODULES="gail:atk-bridge")
+
+    def rows(*press):
+        done = subprocess.run([sys.executable, "-c", ACCESSIBLE, *press], env=environment, capture_output=True, text=True,
+                              timeout=PATIENCE, check=False)
+        return [line.split("|") for line in done.stdout.splitlines()]
+    menu.open()
+    quick = [["Wallpaper 9", "True", "press"], ["Wallpaper 2", "False", "press"], ["Wallpaper 12", "False", "press"]]
+    wait_until(lambda: rows()[:3] == quick, 30, lambda: f"the quick list: {rows()}")
+    rows("Show All (12)")
+    every = [[name, str(name == "Wallpaper 9"), "press"] for name in NAMES] + [["Show Less", "False", "press"]]
+    wait_until(lambda: rows() == every, 30, lambda: f"all rows: {rows()}")
+    rows("Wallpaper 1")
+    tavelle.wait("showing Wallpaper 1$")
+    menu.wait_until_closed()
