@@ -82,10 +82,10 @@ struct Media {
 Media mediaOf(const Source& source) {
   if (source.type == FileType::video) {
     const std::string name = "video." + source.extension;
-    return {name, "<video src=\"" + name + "\" autoplay muted loop playsinline disablepictureinpicture></video>"};
+    return {name, R"(<video src=")" + name + R"(" autoplay muted loop playsinline disablepictureinpicture></video>)"};
   }
   const std::string name = "image." + source.extension;
-  return {name, "<img src=\"" + name + "\" alt=\"\">"};
+  return {name, R"(<img src=")" + name + R"(" alt="">)"};
 }
 
 /// Copies the media file into the folder and writes its page beside it. The page comes last: without it the folder is

@@ -39,7 +39,7 @@ struct Appearance {
 /// interfaces, stays legible at a pixel a point, and runs narrow enough for names; the others are what desktops take
 /// in its place. The colours keep a contrast of 4.5 and more (WCAG 2.1, AA) between each text and what it stands on.
 std::array<Appearance, 2> appearances() {
-  const Font font{.family = "Inter, Cantarell, Noto Sans, DejaVu Sans", .size = 13};
+  const TextFont font{.family = "Inter, Cantarell, Noto Sans, DejaVu Sans", .size = 13};
   const Color white{1, 1, 1};
   const Color accent{0.10, 0.43, 0.88};
   return {{{.label = "light",

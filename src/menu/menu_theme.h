@@ -7,7 +7,7 @@ namespace tavelle {
 /// How the menus of the desktop look.
 struct MenuTheme {
   /// That of a menu's items.
-  Font font;
+  TextFont font;
   /// Behind the item under the pointer.
   Color accent;
   /// Text on the accent colour.

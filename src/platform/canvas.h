@@ -19,13 +19,13 @@ struct Color {
 };
 
 /// A typeface, in its regular weight.
-struct Font {
+struct TextFont {
   /// Family names by preference, with commas between them. When the system has none of them it takes its default one.
   std::string family;
   /// In points.
   double size = 0;
 
-  friend bool operator==(const Font&, const Font&) = default;
+  friend bool operator==(const TextFont&, const TextFont&) = default;
 };
 
 /// Heights above a font's baseline, in points; what lies below it is negative.
@@ -59,11 +59,11 @@ class Canvas {
   /// A `radius` of 0 gives plain corners; one of more than half a side counts as that half.
   virtual void fillRoundedRect(const Rect& area, double radius, const Color& color) = 0;
 
-  virtual FontMetrics metrics(const Font& font) = 0;
+  virtual FontMetrics metrics(const TextFont& font) = 0;
   /// Draws `text` (UTF-8) as one line from the left edge of `area`, whatever direction it is read in, its baseline the
   /// font's ascender below the top edge. Text that is wider than `area` ends in an ellipsis there. Line breaks are
   /// drawn as signs.
-  virtual void drawText(std::string_view text, const Rect& area, const Font& font, const Color& color) = 0;
+  virtual void drawText(std::string_view text, const Rect& area, const TextFont& font, const Color& color) = 0;
 
   /// The size of the symbol beside text of this size: "checkmark", "chevron.up" or "chevron.down", in a semibold
   /// stroke. None for any other name.

@@ -55,6 +55,8 @@ class Submenu final : public Gtk::Menu {
     });
     signal_unmap().connect([this] { adding_.disconnect(); });
   }
+  Submenu(const Submenu&) = delete;
+  Submenu& operator=(const Submenu&) = delete;
   ~Submenu() override { adding_.disconnect(); }
 
   /// Before it opens: as many as the highest screen shows.
@@ -98,7 +100,7 @@ std::unique_ptr<Gtk::MenuItem> makeItem(const MenuItem& item) {
   label.set_max_width_chars(50);
   if (item.kind == MenuItem::Kind::heading) made->get_style_context()->add_class("tavelle-heading");
   if (!item.submenu.empty()) {
-    auto* const submenu = Gtk::manage(new Submenu(item.submenu));
+    auto* const submenu = Gtk::make_managed<Submenu>(item.submenu);
     made->set_submenu(*submenu);
     made->signal_select().connect([submenu] { submenu->prepare(); });
   } else if (item.action) {
@@ -116,7 +118,7 @@ GtkStatusMenu::GtkStatusMenu(const MenuItems& menu) {
   useMenuStyle(*this);
   for (const MenuItem& item : menu) {
     if (item.kind == MenuItem::Kind::list) {
-      list_ = Gtk::manage(new ListMenuItem(item.list, {[this] { cancel(); }, [this] { fit(); }}));
+      list_ = Gtk::make_managed<ListMenuItem>(item.list, ListMenuItem::Menu{[this] { cancel(); }, [this] { fit(); }});
       append(*list_);
     } else {
       append(*Gtk::manage(makeItem(item).release()));

@@ -17,6 +17,8 @@ class GtkStatusMenu final : public Gtk::Menu {
  public:
   /// `menu` must outlive this.
   explicit GtkStatusMenu(const MenuItems& menu);
+  GtkStatusMenu(const GtkStatusMenu&) = delete;
+  GtkStatusMenu& operator=(const GtkStatusMenu&) = delete;
   ~GtkStatusMenu() override;
 
   /// Opens beside `place`, in the toolkit's coordinates of the root window; without one at the pointer. Where a panel

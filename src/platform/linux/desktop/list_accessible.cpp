@@ -39,6 +39,8 @@ void attach(gpointer object, std::unique_ptr<Data> data) {
 struct RowData {
   static constexpr auto key = "tavelle-row";
 
+  RowData(std::weak_ptr<WallpaperListView> of, std::size_t at) : list(std::move(of)), index(at) {}
+
   std::weak_ptr<WallpaperListView> list;
   std::size_t index;
 
@@ -164,7 +166,7 @@ struct ListData {
     }
   }
   ~ListData() { forget(); }
-  ListData(std::weak_ptr<WallpaperListView> shown) : list(std::move(shown)) {}
+  explicit ListData(std::weak_ptr<WallpaperListView> shown) : list(std::move(shown)) {}
   ListData(const ListData&) = delete;
   ListData& operator=(const ListData&) = delete;
 };

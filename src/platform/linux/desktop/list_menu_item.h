@@ -25,6 +25,8 @@ class ListMenuItem final : public Gtk::MenuItem, ViewHost, EnclosingMenu {
   };
 
   ListMenuItem(std::shared_ptr<WallpaperListView> list, Menu menu);
+  ListMenuItem(const ListMenuItem&) = delete;
+  ListMenuItem& operator=(const ListMenuItem&) = delete;
   ~ListMenuItem() override;
 
   WallpaperListView& list() { return *list_; }

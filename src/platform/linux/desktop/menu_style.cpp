@@ -52,7 +52,7 @@ Color accentOf(GtkStyleContext* context) {
   return {selected.red, selected.green, selected.blue, selected.alpha};
 }
 
-Font fontOf(GtkStyleContext* context, double dotsPerInch) {
+TextFont fontOf(GtkStyleContext* context, double dotsPerInch) {
   PangoFontDescription* found = nullptr;
   gtk_style_context_get(context, GTK_STATE_FLAG_NORMAL, "font", &found, nullptr);
   const FontDescriptionPtr font(found);
@@ -73,9 +73,9 @@ void installMenuStyle() {
                                              GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
 }
 
-MenuTheme menuTheme(const Gtk::MenuItem& item) {
-  auto* const context = const_cast<GtkStyleContext*>(item.get_style_context()->gobj());
-  const double dotsPerInch = gdk_screen_get_resolution(const_cast<GdkScreen*>(item.get_screen()->gobj()));
+MenuTheme menuTheme(Gtk::MenuItem& item) {
+  GtkStyleContext* const context = item.get_style_context()->gobj();
+  const double dotsPerInch = item.get_screen()->get_resolution();
   MenuTheme theme{.font = fontOf(context, dotsPerInch),
                   .accent = accentOf(context),
                   .selectedText = colorOf(context, GTK_STATE_FLAG_PRELIGHT, "color"),

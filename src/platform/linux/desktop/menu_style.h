@@ -14,6 +14,6 @@ void useMenuStyle(Gtk::Menu& menu);
 void installMenuStyle();
 
 /// How the theme draws this item of a menu.
-MenuTheme menuTheme(const Gtk::MenuItem& item);
+MenuTheme menuTheme(Gtk::MenuItem& item);
 
 }  // namespace tavelle

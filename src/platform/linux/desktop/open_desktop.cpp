@@ -1,4 +1,5 @@
 #include <gtkmm/main.h>
+#include <gtkmm/window.h>
 
 #include "platform/linux/desktop/announced_picture.h"
 #include "platform/linux/desktop/gdk_screens.h"
@@ -7,6 +8,7 @@
 #include "platform/linux/desktop/gtk_guide_window.h"
 #include "platform/linux/desktop/gtk_open_panels.h"
 #include "platform/linux/desktop/gtk_status_items.h"
+#include "platform/linux/desktop/icon_names.h"
 #include "platform/linux/desktop/linux_workspace.h"
 #include "platform/linux/desktop/webkit_web_views.h"
 #include "platform/linux/desktop/x11_wallpaper_window.h"
@@ -67,5 +69,6 @@ tavelle::Result<std::unique_ptr<tavelle::DesktopServices>> tavelleOpenDesktop() 
   gdk_set_allowed_backends("x11");
   if (!gtk_init_check(nullptr, nullptr)) return tavelle::Error{"couldn't connect to an X11 display"};
   Gtk::Main::init_gtkmm_internals();
+  Gtk::Window::set_default_icon_name(tavelle::iconName);
   return std::unique_ptr<tavelle::DesktopServices>(std::make_unique<tavelle::GtkDesktopServices>());
 }

@@ -73,7 +73,7 @@ void CairoCanvas::fillRoundedRect(const Rect& area, double radius, const Color& 
   cairo_fill(context);
 }
 
-void CairoCanvas::use(const Font& font) {
+void CairoCanvas::use(const TextFont& font) {
   if (font_ == font) return;
   font_ = font;
   const PangoFontDescriptionPtr description(pango_font_description_new());
@@ -88,7 +88,7 @@ void CairoCanvas::use(const Font& font) {
               -toPoints(pango_font_metrics_get_descent(metrics.get()))};
 }
 
-FontMetrics CairoCanvas::metrics(const Font& font) {
+FontMetrics CairoCanvas::metrics(const TextFont& font) {
   use(font);
   return metrics_;
 }
@@ -102,7 +102,7 @@ double CairoCanvas::toPixelRow(double y) const {
   return y;
 }
 
-void CairoCanvas::drawText(std::string_view text, const Rect& area, const Font& font, const Color& color) {
+void CairoCanvas::drawText(std::string_view text, const Rect& area, const TextFont& font, const Color& color) {
   if (area.isEmpty()) return;
   cairo_t* const context = context_.get();
   PangoLayout* const layout = layout_.get();

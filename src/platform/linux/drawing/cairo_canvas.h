@@ -20,20 +20,20 @@ class CairoCanvas final : public Canvas {
   void translate(double x, double y) override { cairo_translate(context_.get(), x, y); }
   void clip(const Rect& area) override;
   void fillRoundedRect(const Rect& area, double radius, const Color& color) override;
-  FontMetrics metrics(const Font& font) override;
-  void drawText(std::string_view text, const Rect& area, const Font& font, const Color& color) override;
+  FontMetrics metrics(const TextFont& font) override;
+  void drawText(std::string_view text, const Rect& area, const TextFont& font, const Color& color) override;
   std::optional<Size> symbolSize(std::string_view name, double pointSize) const override;
   void drawSymbol(std::string_view name, double pointSize, const Point& corner, const Color& color) override;
 
  private:
   void setColor(const Color& color);
-  void use(const Font& font);
+  void use(const TextFont& font);
   double toPixelRow(double y) const;
 
   CairoPtr context_;
   GObjectPtr<PangoLayout> layout_;
   /// What the layout is set to: menus take one font for all.
-  std::optional<Font> font_;
+  std::optional<TextFont> font_;
   FontMetrics metrics_;
 };
 
