@@ -150,8 +150,15 @@ def test_the_keyboard_walks_through_the_rows_and_the_menu_stays_on_the_screen(ta
     wait_until(lambda: menu.wait_until_open() == collapsed, 20, "the menu as it was")
     view.press(XK.XK_Return)
     wait_until(lambda: menu.wait_until_open() == expanded, 20, "all wallpapers again")
-    # From Show Less up to the first row, past what can be seen, and one down again.
-    for key in [XK.XK_Up] * 12 + [XK.XK_Down, XK.XK_space]:
+    # From Show Less up to the first row, which comes into sight, and one down again.
+    def color_at(y):
+        return view.pixels(expanded[0] + 12, expanded[1] + PADDING + y, 1, 1)[0]
+    plain, highlight = color_at(ROW + 3), color_at(ROW + 187 + ROW // 2)
+    assert plain != highlight
+    for _ in range(12):
+        view.press(XK.XK_Up)
+    wait_until(lambda: color_at(ROW + ROW // 2) == highlight, 20, "the first row")
+    for key in (XK.XK_Down, XK.XK_space):
         view.press(key)
     tavelle.wait("showing Wallpaper 2")
     menu.wait_until_closed()
