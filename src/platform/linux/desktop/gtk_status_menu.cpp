@@ -1,11 +1,15 @@
 #include "platform/linux/desktop/gtk_status_menu.h"
 
-#include <gdk/gdkkeysyms.h>
+// gtkmm has to come before the macros of X11.
+// clang-format off
 #include <glibmm/main.h>
 #include <gtkmm/checkmenuitem.h>
 #include <gtkmm/label.h>
 #include <gtkmm/separatormenuitem.h>
 #include <gtkmm/window.h>
+#include <gdk/gdkkeysyms.h>
+#include <gdk/gdkx.h>
+// clang-format on
 
 #include <algorithm>
 #include <memory>
@@ -23,12 +27,15 @@ constexpr int maxAttempts = 50;
 
 using EventPtr = std::unique_ptr<GdkEvent, FreeWith<gdk_event_free>>;
 
-/// What opens a menu, when it was no event of this program's: a click in the root window, now.
-EventPtr clickInRoot() {
+/// What opens a menu, when it was no event of this program's: a click in the root window, now. With the true time the
+/// toolkit can tell the end of that click from the choice of an item. `asking` is a window of this program's.
+EventPtr clickInRoot(GdkWindow* asking) {
   GdkWindow* const root = gdk_get_default_root_window();
   EventPtr event(gdk_event_new(GDK_BUTTON_PRESS));
   event->button.window = retain(root).release();
   event->button.button = GDK_BUTTON_PRIMARY;
+  gdk_window_set_events(asking, static_cast<GdkEventMask>(gdk_window_get_events(asking) | GDK_PROPERTY_CHANGE_MASK));
+  event->button.time = gdk_x11_get_server_time(asking);
   gdk_event_set_device(event.get(), gdk_seat_get_pointer(gdk_display_get_default_seat(gdk_window_get_display(root))));
   return event;
 }
@@ -136,7 +143,9 @@ void GtkStatusMenu::popUp(const std::optional<Gdk::Rectangle>& place) {
 }
 
 void GtkStatusMenu::tryToPopUp() {
-  const EventPtr event = clickInRoot();
+  Gtk::Widget& window = *get_toplevel();
+  gtk_widget_realize(window.gobj());
+  const EventPtr event = clickInRoot(window.get_window()->gobj());
   gtk_menu_popup_at_rect(gobj(), gdk_get_default_root_window(), place_.gobj(), GDK_GRAVITY_SOUTH_WEST,
                          GDK_GRAVITY_NORTH_WEST, event.get());
   if (get_visible() || ++attempts_ == maxAttempts) return;
