@@ -211,4 +211,5 @@ def main():
         measure_watch(desktop, program, home)
 
 
-main()
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,126 @@
+#!/usr/bin/python3
+"""What each sample wallpaper costs at 1920x1080 and 30 FPS: at full resolution, at 35 %, at 35 % and 20 FPS, and paused.
+
+usage: bench/samples.py [--program PROGRAM] [--slope MINUTES] [NAME...]
+
+The yardstick is a page that copies one picture over the whole screen in each frame: the least that a full-screen
+animation can cost on this machine. Figures are per cent of one core, for the program and all its children.
+--slope lets each sample play for so long at full resolution and prints how its memory grew from the first quarter of
+that time to the last.
+"""
+
+import argparse
+import pathlib
+import statistics
+import sys
+import time
+
+from whole_process import ROOT, Player, load_of, memory_of
+from virtual_desktop import VirtualDesktop
+
+SECONDS = 15
+YARDSTICK = "Yardstick"
+COPYING_PAGE = """<!doctype html>
+<meta charset="utf-8">
+<title>Yardstick</title>
+<style>html,body{margin:0;height:100%;overflow:hidden}canvas{display:block;width:100%;height:100%}</style>
+<canvas></canvas>
+<script>
+const canvas = document.querySelector('canvas'), pen = canvas.getContext('2d', {alpha: false});
+const picture = document.createElement('canvas');
+let playing = true;
+function size() {
+  for (const each of [canvas, picture]) {
+    each.width = Math.round(innerWidth * tavelle.scale);
+    each.height = Math.round(innerHeight * tavelle.scale);
+  }
+  picture.getContext('2d').fillRect(0, 0, canvas.width, canvas.height);
+}
+function draw() {
+  if (!playing) return;
+  requestAnimationFrame(draw);
+  pen.drawImage(picture, 0, 0);
+}
+window.wallpaper = {pause() { playing = false; }, play() { if (!playing) { playing = true; draw(); } }};
+addEventListener('resize', size);
+size();
+requestAnimationFrame(draw);
+</script>"""
+
+
+def choose(home, name):
+    settings = home / ".config/tavelle/defaults.plist"
+    settings.parent.mkdir(parents=True, exist_ok=True)
+    settings.write_text(f'<plist version="1.0"><dict><key>wallpaper</key><string>{name}</string><key>fps</key>'
+                        '<integer>30</integer><key>guideShown</key><true/></dict></plist>')
+
+
+def measured_rate(player, count):
+    """The frame rate that the page's `count`th measurement says it reached."""
+    lines = [line for line in player.log.read_text().splitlines() if " measured " in line]
+    return lines[count].split(" measured ")[1].split()[0] if len(lines) > count else "?"
+
+
+def measure(desktop, program, home, name):
+    choose(home, name)
+    with Player(desktop, program, home) as player:
+        player.wait_for(f'"title":"{name}"')
+        player.wait_for("measured")
+        full = load_of(player.pid, SECONDS)
+        rate = measured_rate(player, 0)
+        player.act("resolution", "0.35")
+        player.wait_for("resolution 35%")
+        time.sleep(1)
+        low = load_of(player.pid, SECONDS)
+        player.act("frame-rate", "int64 20")
+        player.wait_for("frame rate 20")
+        slow = load_of(player.pid, SECONDS)
+        player.act("toggle-pause")
+        player.wait_for("paused")
+        time.sleep(1)
+        paused = load_of(player.pid, SECONDS)
+        print(f"{name:<20}{full:>8.1f} %{low:>8.1f} %{slow:>8.1f} %{paused:>8.2f} %{rate:>10}{memory_of(player.pid):>8.0f} MB",
+              flush=True)
+
+
+def measure_slope(desktop, program, home, name, minutes):
+    choose(home, name)
+    with Player(desktop, program, home) as player:
+        player.wait_for(f'"title":"{name}"')
+        player.wait_for("measured")
+        figures = []
+        end_of_time = time.monotonic() + 60 * minutes
+        while time.monotonic() < end_of_time:
+            figures.append(memory_of(player.pid))
+            time.sleep(5)
+        quarter = max(1, len(figures) // 4)
+        first, last = statistics.median(figures[:quarter]), statistics.median(figures[-quarter:])
+        print(f"{name:<20}{first:>8.0f} MB{last:>8.0f} MB{last - first:>+8.1f} MB", flush=True)
+
+
+def main():
+    reader = argparse.ArgumentParser()
+    reader.add_argument("--program", default=ROOT / "build/release/bin/tavelle")
+    reader.add_argument("--slope", type=float)
+    reader.add_argument("names", nargs="*")
+    wanted = reader.parse_args()
+    program = str(pathlib.Path(wanted.program).resolve())
+    names = wanted.names or sorted(each.name for each in (ROOT / "resources/Wallpapers").iterdir())
+    with VirtualDesktop(size="1920x1080") as desktop:
+        home = desktop.folder / "home"
+        page = home / "Pictures/Wallpapers" / YARDSTICK / "index.html"
+        page.parent.mkdir(parents=True)
+        page.write_text(COPYING_PAGE)
+        if wanted.slope:
+            print(f"{'':<20}{'first':>11}{'last':>11}{'grown':>11}")
+            for name in names:
+                measure_slope(desktop, program, home, name, wanted.slope)
+            return
+        print(f"{'':<20}{'full':>10}{'35 %':>10}{'20 FPS':>10}{'paused':>10}{'FPS':>10}{'memory':>11}")
+        for name in [YARDSTICK, *names]:
+            measure(desktop, program, home, name)
+        print(f"{'aim':<20}{60:>8.1f} %{25:>8.1f} %{'':>10}{1:>8.2f} %")
+
+
+if __name__ == "__main__":
+    sys.exit(main())
