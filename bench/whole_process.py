@@ -30,22 +30,23 @@ video,img{width:100%;height:100%;object-fit:cover;display:block}</style>
 
 
 def cpu_seconds(pid):
-    """Processor time that the process and all below it have used so far."""
-    ticks = 0
+    """Processor time that the process and each below it have used so far, by process id."""
+    seconds = {}
     for each in descendants(pid):
         try:
             fields = pathlib.Path(f"/proc/{each}/stat").read_text().rpartition(")")[2].split()
         except OSError:
             continue
-        ticks += int(fields[11]) + int(fields[12])
-    return ticks / os.sysconf("SC_CLK_TCK")
+        seconds[each] = (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+    return seconds
 
 
 def load_of(pid, seconds=SECONDS):
-    """Per cent of one core over the next seconds."""
+    """Per cent of one core over the next seconds. What a process used that ends meanwhile is not counted."""
     before, start = cpu_seconds(pid), time.monotonic()
     time.sleep(seconds)
-    return 100 * (cpu_seconds(pid) - before) / (time.monotonic() - start)
+    used = sum(after - before.get(each, 0) for each, after in cpu_seconds(pid).items())
+    return 100 * used / (time.monotonic() - start)
 
 
 def memory_of(pid):
