@@ -1,0 +1,101 @@
+"""The bundled wallpapers, each in the real web view: what a page must do to be paused, scaled and drawn again."""
+
+import json
+import re
+import struct
+
+import pytest
+from session import REPOSITORY, SAMPLES, HEAD
+
+FOLDER = REPOSITORY / "resources/Wallpapers"
+PAGES = {name: (FOLDER / name / "index.html").read_text() for name in SAMPLES}
+PAGES["of the documentation"] = re.search(
+    r"```html\n(.*?)```", (REPOSITORY / "docs/writing-a-wallpaper.md").read_text(), re.DOTALL)[1]
+# Runs once the page stands, in one go, so that nothing the program does can come between two pictures.
+PROBE = """<script>
+function picture() {
+  const canvas = document.querySelector('canvas'), copy = document.createElement('canvas');
+  copy.width = canvas.width;
+  copy.height = canvas.height;
+  const pen = copy.getContext('2d');
+  pen.drawImage(canvas, 0, 0);
+  const pixels = new Uint32Array(pen.getImageData(0, 0, copy.width, copy.height).data.buffer), colors = new Set();
+  let hash = 0;
+  for (const each of pixels) {
+    hash = Math.imul(hash ^ each, 0x01000193) + 1 | 0;
+    colors.add(each);
+  }
+  return {hash, colors: colors.size, width: copy.width, height: copy.height};
+}
+function pictureAt(seconds) {
+  wallpaper.renderAt(seconds);
+  return picture();
+}
+addEventListener('load', () => {
+  wallpaper.pause();
+  const pictures = [20, 400, 20, 400].map(pictureAt);
+  tavelle.set(30, 0.5);
+  const half = pictureAt(20);
+  tavelle.set(30, 1);
+  say('probe ' + JSON.stringify({size: [innerWidth, innerHeight], pictures: [...pictures, pictureAt(20)], half}));
+  const pause = wallpaper.pause, play = wallpaper.play;
+  let before = null;
+  wallpaper.pause = () => {
+    pause.call(wallpaper);
+    before = [picture().hash, tavelle.frames];
+    // The frame that was already asked for still comes, with nothing to draw.
+    setTimeout(() => say('rested ' + (picture().hash === before[0] && tavelle.frames <= before[1] + 1)), 700);
+  };
+  wallpaper.play = () => {
+    play.call(wallpaper);
+    const start = tavelle.frames;
+    const count = setInterval(() => {
+      if (tavelle.frames < start + 5) return;
+      clearInterval(count);
+      say('plays');
+    }, 50);
+  };
+  wallpaper.play();
+});
+</script>"""
+
+
+@pytest.fixture(scope="module", name="monitors")
+def fixture_monitors():
+    return 1
+
+
+def jpeg_size(file):
+    """Width and height, from the header of its frame."""
+    data, at = file.read_bytes(), 2
+    while data[at + 1] not in (0xC0, 0xC2):
+        at += 2 + struct.unpack(">H", data[at + 2:at + 4])[0]
+    height, width = struct.unpack(">HH", data[at + 5:at + 9])
+    return width, height
+
+
+@pytest.mark.parametrize("name", PAGES)
+def test_sample_draws_any_moment_again_rests_and_scales(tavelle, name):
+    tavelle.play(HEAD + PAGES[name] + PROBE, fps=30)
+    probe = json.loads(tavelle.wait(r"page: probe (.*)")[1])
+    early, late, *again = probe["pictures"]
+    assert again == [early, late, early]
+    assert early["hash"] != late["hash"] and early["colors"] > 100
+    assert [early["width"], early["height"]] == probe["size"]
+    half = probe["half"]
+    assert [half["width"], half["height"]] == [side // 2 for side in probe["size"]] and half["colors"] > 100
+
+    tavelle.wait("page: plays")
+    tavelle.act("toggle-pause")
+    assert tavelle.wait("page: rested (.*)")[1] == "true"
+    tavelle.act("toggle-pause")
+    tavelle.wait("page: plays", count=2)
+    assert not tavelle.found("page: (js error|console.error)")
+
+
+@pytest.mark.parametrize("name", SAMPLES)
+def test_sample_needs_nothing_beside_it_and_has_a_still(name):
+    page = PAGES[name]
+    assert f"<title>{name}</title>" in page and "://" not in page and "src=" not in page
+    width, height = jpeg_size(FOLDER / name / "still.jpg")
+    assert width >= 2560 and height >= 1440
