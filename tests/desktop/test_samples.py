@@ -11,6 +11,11 @@ FOLDER = REPOSITORY / "resources/Wallpapers"
 PAGES = {name: (FOLDER / name / "index.html").read_text() for name in SAMPLES}
 PAGES["of the documentation"] = re.search(
     r"```html\n(.*?)```", (REPOSITORY / "docs/writing-a-wallpaper.md").read_text(), re.DOTALL)[1]
+WATCH = """<script>
+const ask = window.requestAnimationFrame;
+let onNextFrame = null;
+window.requestAnimationFrame = callback => ask(onNextFrame = callback);
+</script>"""
 # Runs once the page stands, in one go, so that nothing the program does can come between two pictures.
 PROBE = """<script>
 function picture() {
@@ -31,13 +36,21 @@ function pictureAt(seconds) {
   wallpaper.renderAt(seconds);
   return picture();
 }
+// Plays up to a moment, frame by frame, and gives the picture that stands then.
+function playedUpTo(seconds) {
+  wallpaper.renderAt(seconds - 4);
+  wallpaper.play();
+  for (let frame = 1; frame <= 120; frame++) onNextFrame((seconds - 4 + frame / 30) * 1000);
+  wallpaper.pause();
+  return picture();
+}
 addEventListener('load', () => {
   wallpaper.pause();
-  const pictures = [20, 400, 20, 400].map(pictureAt);
+  const pictures = [20, 400, 20, 400].map(pictureAt), played = playedUpTo(20);
   tavelle.set(30, 0.5);
   const half = pictureAt(20);
   tavelle.set(30, 1);
-  say('probe ' + JSON.stringify({size: [innerWidth, innerHeight], pictures: [...pictures, pictureAt(20)], half}));
+  say('probe ' + JSON.stringify({size: [innerWidth, innerHeight], pictures: [...pictures, played, pictureAt(20)], half}));
   const pause = wallpaper.pause, play = wallpaper.play;
   let before = null;
   wallpaper.pause = () => {
@@ -76,10 +89,10 @@ def jpeg_size(file):
 
 @pytest.mark.parametrize("name", PAGES)
 def test_sample_draws_any_moment_again_rests_and_scales(tavelle, name):
-    tavelle.play(HEAD + PAGES[name] + PROBE, fps=30)
+    tavelle.play(HEAD + WATCH + PAGES[name] + PROBE, fps=30)
     probe = json.loads(tavelle.wait(r"page: probe (.*)")[1])
     early, late, *again = probe["pictures"]
-    assert again == [early, late, early]
+    assert again == [early, late, early, early]
     assert early["hash"] != late["hash"] and early["colors"] > 100
     assert [early["width"], early["height"]] == probe["size"]
     half = probe["half"]
