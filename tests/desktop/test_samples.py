@@ -46,11 +46,11 @@ function playedUpTo(seconds) {
 }
 addEventListener('load', () => {
   wallpaper.pause();
-  const pictures = [20, 400, 20, 400].map(pictureAt), played = playedUpTo(20);
+  const pictures = [20.25, 400, 20.25, 400].map(pictureAt), played = playedUpTo(20.25);
   tavelle.set(30, 0.5);
   const half = pictureAt(20);
   tavelle.set(30, 1);
-  say('probe ' + JSON.stringify({size: [innerWidth, innerHeight], pictures: [...pictures, played, pictureAt(20)], half}));
+  say('probe ' + JSON.stringify({size: [innerWidth, innerHeight], pictures: [...pictures, played, pictureAt(20.25)], half}));
   const pause = wallpaper.pause, play = wallpaper.play;
   let before = null;
   wallpaper.pause = () => {
