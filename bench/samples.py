@@ -16,7 +16,7 @@ import sys
 import time
 
 from whole_process import ROOT, Player, load_of, memory_of
-from virtual_desktop import VirtualDesktop
+from virtual_desktop import VirtualDesktop, descendants
 
 SECONDS = 15
 YARDSTICK = "Yardstick"
@@ -83,6 +83,19 @@ def measure(desktop, program, home, name):
               flush=True)
 
 
+def private_memory_of(pid):
+    """Memory that nobody else uses, of the process and all below it, in MB: a share of what is used with others would
+    change when the others end."""
+    total = 0
+    for each in descendants(pid):
+        try:
+            lines = pathlib.Path(f"/proc/{each}/smaps_rollup").read_text().splitlines()
+        except OSError:
+            continue
+        total += sum(int(line.split()[1]) for line in lines if line.startswith("Private_Dirty:"))
+    return total / 1024
+
+
 def measure_slope(desktop, program, home, name, minutes):
     choose(home, name)
     with Player(desktop, program, home) as player:
@@ -91,7 +104,7 @@ def measure_slope(desktop, program, home, name, minutes):
         figures = []
         end_of_time = time.monotonic() + 60 * minutes
         while time.monotonic() < end_of_time:
-            figures.append(memory_of(player.pid))
+            figures.append(private_memory_of(player.pid))
             time.sleep(5)
         quarter = max(1, len(figures) // 4)
         first, last = statistics.median(figures[:quarter]), statistics.median(figures[-quarter:])
