@@ -105,6 +105,8 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   std::shared_ptr<WallpaperListView> listView(const std::vector<Wallpaper>& all, bool expanded);
   /// Opens the icon's menu as a click on it would, on the main loop's next turn.
   void openMenu();
+  /// Has the application started at login, or no longer started. A failure is told to the user.
+  void toggleLogin();
 
   // --- Guide (guide/)
 
@@ -127,11 +129,6 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   FrameSettings frameSettings() const;
   void chooseFrameRate(std::int64_t framesPerSecond);
   void chooseResolution(double scale);
-
-  // --- Menu (menu/)
-
-  /// Has the application started at login, or no longer started. A failure is told to the user.
-  void toggleLogin();
 
  private:
   void webViewDidFinish(WebView& view) override;

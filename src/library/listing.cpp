@@ -15,26 +15,29 @@ constexpr std::size_t quickListLength = 3;
 
 }  // namespace
 
+std::vector<Wallpaper> sortedByName(std::vector<Wallpaper> all, const TextOrder& order) {
+  // A key for each name costs one collation a name, where comparing in the sort would cost one a comparison.
+  std::vector<std::pair<std::string, Wallpaper>> keyed;
+  keyed.reserve(all.size());
+  for (Wallpaper& each : all) {
+    std::string key = order.fileBrowserKey(each.name());
+    keyed.emplace_back(std::move(key), std::move(each));
+  }
+  std::stable_sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+  std::transform(keyed.begin(), keyed.end(), all.begin(), [](auto& each) { return std::move(each.second); });
+  return all;
+}
+
 std::vector<Wallpaper> listWallpapers(const std::filesystem::path& library, const Files& files,
                                       const TextOrder& order) {
   const auto entries = files.list(library, Files::Hidden::skip);
   if (!entries) return {};
-
-  // A key for each name costs one collation a name, where comparing in the sort would cost one a comparison.
-  std::vector<std::pair<std::string, Wallpaper>> keyed;
+  std::vector<Wallpaper> found;
   for (const FileLocation& entry : *entries) {
     Wallpaper wallpaper{entry};
-    if (files.exists(wallpaper.page())) {
-      std::string key = order.fileBrowserKey(wallpaper.name());
-      keyed.emplace_back(std::move(key), std::move(wallpaper));
-    }
+    if (files.exists(wallpaper.page())) found.push_back(std::move(wallpaper));
   }
-  std::stable_sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
-
-  std::vector<Wallpaper> sorted;
-  sorted.reserve(keyed.size());
-  for (auto& [key, wallpaper] : keyed) sorted.push_back(std::move(wallpaper));
-  return sorted;
+  return sortedByName(std::move(found), order);
 }
 
 std::optional<Wallpaper> findNamed(const std::vector<Wallpaper>& all, const std::string& name, const TextOrder& order) {

@@ -15,6 +15,9 @@ inline constexpr auto recentsKey = "recentWallpapers";
 class Files;
 class TextOrder;
 
+/// `all` in the order in which a file browser shows names; those that it shows as equals keep their order.
+std::vector<Wallpaper> sortedByName(std::vector<Wallpaper> all, const TextOrder& order);
+
 /// The wallpapers of the folder `library` in the order in which a file browser shows names; names that it shows as
 /// equals keep the file system's order. Empty when the folder cannot be read.
 std::vector<Wallpaper> listWallpapers(const std::filesystem::path& library, const Files& files, const TextOrder& order);

@@ -1,6 +1,5 @@
 #include "menu/menu_preview.h"
 
-#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdint>
@@ -94,15 +93,7 @@ std::vector<Wallpaper> withSamples(std::vector<Wallpaper> all, std::size_t count
   for (std::size_t number = 1; number <= count; ++number) {
     all.push_back({{library / ("Sample Wallpaper " + std::to_string(number))}});
   }
-  std::vector<std::pair<std::string, Wallpaper>> keyed;
-  keyed.reserve(all.size());
-  for (Wallpaper& each : all) {
-    std::string key = order.fileBrowserKey(each.name());
-    keyed.emplace_back(std::move(key), std::move(each));
-  }
-  std::stable_sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
-  std::transform(keyed.begin(), keyed.end(), all.begin(), [](auto& each) { return std::move(each.second); });
-  return all;
+  return sortedByName(std::move(all), order);
 }
 
 void Controller::takeStoredOrFirst(const std::vector<Wallpaper>& all) {

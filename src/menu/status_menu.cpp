@@ -64,10 +64,11 @@ MenuItems Controller::deleteMenu(const std::vector<Wallpaper>& all) {
 
 MenuItems Controller::frameRateMenu() {
   MenuItems menu;
+  const std::int64_t inForce = frameSettings().frameRate;
   for (const std::int64_t rate : frameRates) {
     menu.push_back({.title = std::to_string(rate) + " FPS",
                     .action = [this, rate] { chooseFrameRate(rate); },
-                    .checked = rate == frameSettings().frameRate});
+                    .checked = rate == inForce});
   }
   menu.push_back(separator());
   menu.push_back(note("Lower uses less battery"));
@@ -76,10 +77,11 @@ MenuItems Controller::frameRateMenu() {
 
 MenuItems Controller::resolutionMenu() {
   MenuItems menu;
+  const double inForce = frameSettings().resolutionScale;
   for (const auto& [title, scale] : resolutions) {
     menu.push_back({.title = title,
                     .action = [this, scale = scale] { chooseResolution(scale); },
-                    .checked = std::abs(scale - frameSettings().resolutionScale) < scaleTolerance});
+                    .checked = std::abs(scale - inForce) < scaleTolerance});
   }
   menu.push_back(separator());
   menu.push_back(note("Lower is softer and uses less battery"));

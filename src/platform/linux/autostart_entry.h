@@ -9,8 +9,8 @@
 
 namespace tavelle {
 
-/// The application's entry in the folders that a desktop session starts programs from, "tavelle.desktop" (freedesktop's
-/// Desktop Application Autostart Specification 0.5).
+/// The application's entry in the folders that a desktop session starts programs from, "tavelle.desktop", by the rules
+/// for autostart that the desktops of freedesktop.org share (version 0.5).
 ///
 /// Held for approval is an entry that a desktop's own key switches off, such as `X-GNOME-Autostart-enabled`, or that is
 /// not meant for the running desktop (`OnlyShowIn`, `NotShowIn`). Registering switches those keys on, since the user
