@@ -1,5 +1,3 @@
-#include <gtk/gtk.h>
-#include <gtkmm/main.h>
 #include <malloc.h>
 #include <sys/prctl.h>
 
@@ -9,9 +7,8 @@
 #include "desktop_picture/wallpaper_agent.h"
 #include "desktop_picture/wallpaper_store.h"
 #include "platform/linux/desktop/announced_picture.h"
-#include "platform/linux/desktop/gdk_screens.h"
+#include "platform/linux/desktop/display_server.h"
 #include "platform/linux/desktop/gtk_application.h"
-#include "platform/linux/desktop/x11_spaces.h"
 #include "platform/linux/glib_main_loop.h"
 #include "platform/linux/linux_files.h"
 #include "platform/linux/plist_defaults.h"
@@ -32,21 +29,17 @@ class AgentStarter final : public ApplicationDelegate {
   WallpaperAgent& agent_;
 };
 
-int runAgent() {
+int runAgent(DisplayServer& server) {
   SystemClock clock;
   LinuxFiles files;
   GLibMainLoop mainLoop;
   PlistDefaults memory(agentMemoryFile());
-  const XConnection connection;
-  LinuxDesktopPicture picture(connection);
-  GdkScreens screens(connection);
-  X11Spaces spaces(connection);
   WallpaperAgent agent({.clock = clock,
-                        .desktopPicture = picture,
+                        .desktopPicture = server.picture(),
                         .files = files,
                         .mainLoop = mainLoop,
-                        .screens = screens,
-                        .spaces = spaces,
+                        .screens = server.screens(),
+                        .spaces = server.spaces(),
                         .memory = memory,
                         .store = wallpaperStore(homeFolder())});
   tavelle::GtkApplication application(agentName);
@@ -66,9 +59,6 @@ int main() {
   prctl(PR_SET_PDEATHSIG, SIGTERM);
   // Otherwise the memory of a decoded picture stays with a process that rests all day.
   mallopt(M_MMAP_THRESHOLD, 1 << 20);
-  g_set_prgname("WallpaperAgent");
-  gdk_set_allowed_backends("x11");
-  if (!gtk_init_check(nullptr, nullptr)) return 1;
-  Gtk::Main::init_gtkmm_internals();
-  return runAgent();
+  const auto server = tavelle::connectToDisplay("WallpaperAgent");
+  return server ? runAgent(**server) : 1;
 }

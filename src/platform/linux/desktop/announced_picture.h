@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/desktop/linux_desktop_picture.h"
+#include "platform/desktop_picture.h"
 
 namespace tavelle {
 
@@ -12,13 +12,13 @@ constexpr auto pictureSetAction = "picture-set";
 /// it keeps what the user has chosen and not what it remembers.
 class AnnouncedPicture final : public DesktopPicture {
  public:
-  explicit AnnouncedPicture(const XConnection& connection) : picture_(connection) {}
+  explicit AnnouncedPicture(DesktopPicture& picture) : picture_(picture) {}
 
   Result<void> set(const std::filesystem::path& image, const Screen& screen) override;
   std::optional<std::string> current(const Screen& screen) const override { return picture_.current(screen); }
 
  private:
-  LinuxDesktopPicture picture_;
+  DesktopPicture& picture_;
 };
 
 }  // namespace tavelle

@@ -14,6 +14,11 @@ Rect geometryOf(GdkMonitor* monitor) {
   return rectOf(geometry);
 }
 
+bool isAtOrigin(GdkMonitor* monitor) {
+  const Rect place = geometryOf(monitor);
+  return place.x == 0 && place.y == 0;
+}
+
 /// The main monitor first, the others in GDK's order.
 std::vector<GdkMonitor*> monitors() {
   GdkDisplay* const display = gdk_display_get_default();
@@ -21,6 +26,7 @@ std::vector<GdkMonitor*> monitors() {
   std::vector<GdkMonitor*> all;
   all.reserve(static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i) all.push_back(gdk_display_get_monitor(display, i));
+  std::stable_partition(all.begin(), all.end(), isAtOrigin);
   std::stable_partition(all.begin(), all.end(), gdk_monitor_is_primary);
   return all;
 }
@@ -99,11 +105,19 @@ Registration GdkScreens::onChange(std::function<void()> changed) {
   return Registration([listener = std::make_shared<ChangeListener>(std::move(changed))] {});
 }
 
-std::optional<int> monitorNumber(const Screen& screen) {
+GdkMonitor* monitorOf(const Screen& screen) {
   const auto all = monitors();
+  const auto found = std::find_if(all.begin(), all.end(), [&](GdkMonitor* monitor) {
+    return globalPlace(monitor, geometryOf(all.front())) == screen.bounds;
+  });
+  return found == all.end() ? nullptr : *found;
+}
+
+std::optional<int> monitorNumber(const Screen& screen) {
+  GdkMonitor* const monitor = monitorOf(screen);
   GdkDisplay* const display = gdk_display_get_default();
   for (int i = 0; i < gdk_display_get_n_monitors(display); ++i) {
-    if (globalPlace(gdk_display_get_monitor(display, i), geometryOf(all.front())) == screen.bounds) return i;
+    if (monitor && gdk_display_get_monitor(display, i) == monitor) return i;
   }
   return std::nullopt;
 }

@@ -9,17 +9,21 @@
 
 namespace tavelle {
 
-/// GDK's monitors, with the work areas that the window manager or the panels tell.
+/// GDK's monitors. Where none of them is the main one by the display server's word, as on Wayland, it is the one at the
+/// layout's origin, else the first.
 class GdkScreens final : public Screens {
  public:
-  explicit GdkScreens(const XConnection& connection) : workAreas_(connection) {}
+  explicit GdkScreens(const WorkAreas& workAreas) : workAreas_(workAreas) {}
 
   std::vector<Screen> list() const override;
   Registration onChange(std::function<void()> changed) override;
 
  private:
-  WorkAreas workAreas_;
+  const WorkAreas& workAreas_;
 };
+
+/// The monitor at the screen's place; null when there is none there any more.
+GdkMonitor* monitorOf(const Screen& screen);
 
 /// GDK's own number of the monitor at the screen's place, by which some desktops know it; none when there is no monitor
 /// there any more.

@@ -1,19 +1,16 @@
 #include "platform/linux/desktop/gtk_alerts.h"
 
-// gtkmm has to come before the macros of X11.
-// clang-format off
 #include <glibmm/markup.h>
 #include <gtkmm/dialog.h>
 #include <gtkmm/grid.h>
 #include <gtkmm/image.h>
 #include <gtkmm/label.h>
-#include <gdk/gdkx.h>
-// clang-format on
 
 #include <algorithm>
 #include <cmath>
 #include <memory>
 
+#include "platform/linux/desktop/present.h"
 #include "platform/linux/handles.h"
 
 namespace tavelle {
@@ -83,8 +80,7 @@ std::optional<std::size_t> GtkAlerts::run(const Alert& alert) {
   dialog.set_keep_above(true);
   dialog.show_all();
   dialog.get_widget_for_response(0)->grab_focus();
-  // With the time of now, a window manager takes it for something that the user has just asked for.
-  dialog.present(gdk_x11_get_server_time(dialog.get_window()->gobj()));
+  presentNow(GTK_WINDOW(dialog.gobj()));
   const int answer = dialog.run();
   return answer < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(answer));
 }

@@ -1,7 +1,5 @@
 #include "platform/linux/desktop/gtk_guide_window.h"
 
-// gtkmm has to come before the macros of X11.
-// clang-format off
 #include <gtkmm/box.h>
 #include <gtkmm/cssprovider.h>
 #include <gtkmm/eventbox.h>
@@ -10,12 +8,11 @@
 #include <gtkmm/overlay.h>
 #include <gtkmm/settings.h>
 #include <gtkmm/window.h>
-#include <gdk/gdkx.h>
-// clang-format on
 
 #include <cmath>
 #include <string>
 
+#include "platform/linux/desktop/present.h"
 #include "platform/linux/desktop/webkit_web_view.h"
 
 namespace tavelle {
@@ -111,8 +108,7 @@ class GtkGuideWindow final : public GuideWindow {
   void show() override {
     window_.show();
     page_->grab_focus();
-    // With the time of now, a window manager takes it for something that the user has just asked for.
-    window_.present(gdk_x11_get_server_time(window_.get_window()->gobj()));
+    presentNow(window_.gobj());
   }
 
   bool isVisible() const override { return window_.get_visible(); }

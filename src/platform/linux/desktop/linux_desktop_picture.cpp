@@ -14,23 +14,33 @@
 namespace tavelle {
 namespace {
 
+/// For compositors that leave the picture to a program of the user's choice.
+class NoPicture final : public DesktopPicture {
+ public:
+  Result<void> set(const std::filesystem::path& /*image*/, const Screen& /*screen*/) override {
+    return Error{"this Wayland desktop has no picture of its own"};
+  }
+  std::optional<std::string> current(const Screen& /*screen*/) const override { return std::nullopt; }
+};
+
 /// By what the session says of itself: names between colons, the more special ones first.
-std::unique_ptr<DesktopPicture> pictureOfRunningDesktop(const XConnection& connection) {
+std::unique_ptr<DesktopPicture> pictureOfRunningDesktop(const XConnection* connection) {
   const char* const variable = std::getenv("XDG_CURRENT_DESKTOP");
   std::string_view names = variable ? variable : "";
   while (!names.empty()) {
     const std::string_view name = names.substr(0, names.find(':'));
-    if (name == "XFCE") return std::make_unique<XfconfPicture>(connection);
+    if (name == "XFCE" && connection) return std::make_unique<XfconfPicture>(*connection);
     if (name == "KDE") return std::make_unique<PlasmaPicture>();
     if (auto desktop = gsettingsDesktop(name)) return std::make_unique<GSettingsPicture>(*std::move(desktop));
     names.remove_prefix(std::min(name.size() + 1, names.size()));
   }
-  return std::make_unique<RootWindowPicture>();
+  if (connection) return std::make_unique<RootWindowPicture>();
+  return std::make_unique<NoPicture>();
 }
 
 }  // namespace
 
-LinuxDesktopPicture::LinuxDesktopPicture(const XConnection& connection)
+LinuxDesktopPicture::LinuxDesktopPicture(const XConnection* connection)
     : running_(pictureOfRunningDesktop(connection)) {}
 
 Result<void> LinuxDesktopPicture::set(const std::filesystem::path& image, const Screen& screen) {

@@ -1,8 +1,9 @@
-#include <gtkmm/main.h>
 #include <gtkmm/window.h>
 
+#include <utility>
+
 #include "platform/linux/desktop/announced_picture.h"
-#include "platform/linux/desktop/gdk_screens.h"
+#include "platform/linux/desktop/display_server.h"
 #include "platform/linux/desktop/gtk_alerts.h"
 #include "platform/linux/desktop/gtk_application.h"
 #include "platform/linux/desktop/gtk_guide_window.h"
@@ -12,7 +13,6 @@
 #include "platform/linux/desktop/linux_workspace.h"
 #include "platform/linux/desktop/webkit_web_views.h"
 #include "platform/linux/desktop/x11_wallpaper_window.h"
-#include "platform/linux/desktop/x11_window_list.h"
 #include "platform/linux/desktop_services.h"
 #include "platform/linux/standard_paths.h"
 
@@ -21,6 +21,8 @@ namespace {
 
 class GtkDesktopServices final : public DesktopServices {
  public:
+  explicit GtkDesktopServices(std::unique_ptr<DisplayServer> server) : server_(std::move(server)) {}
+
   // The command line needs neither the application nor the web engine, so both are made when they are asked for.
   Application& application() override {
     if (!application_) {
@@ -36,22 +38,20 @@ class GtkDesktopServices final : public DesktopServices {
   DesktopPicture& desktopPicture() override { return desktopPicture_; }
   OpenPanels& openPanels() override { return openPanels_; }
   GuideWindows& guideWindows() override { return guideWindows_; }
-  Screens& screens() override { return screens_; }
+  Screens& screens() override { return server_->screens(); }
   StatusItems& statusItems() override { return statusItems_; }
   WallpaperWindows& windows() override { return windows_; }
-  WindowList& windowList() override { return windowList_; }
+  WindowList& windowList() override { return server_->windowList(); }
   Workspace& workspace() override { return workspace_; }
 
  private:
-  const XConnection connection_;
+  const std::unique_ptr<DisplayServer> server_;
   std::unique_ptr<GtkApplication> application_;
   GtkAlerts alerts_;
   GtkOpenPanels openPanels_;
   GtkStatusItems statusItems_{resourceFolder()};
-  GdkScreens screens_{connection_};
-  X11WindowList windowList_{connection_};
-  LinuxWorkspace workspace_;
-  AnnouncedPicture desktopPicture_{connection_};
+  LinuxWorkspace workspace_{*server_};
+  AnnouncedPicture desktopPicture_{server_->picture()};
   GtkGuideWindows guideWindows_;
   X11WallpaperWindows windows_;
   std::unique_ptr<WebKitWebViews> webViews_;
@@ -64,11 +64,10 @@ extern "C" [[gnu::visibility("default")]] tavelle::Result<std::unique_ptr<tavell
 tavelleOpenDesktop();
 
 tavelle::Result<std::unique_ptr<tavelle::DesktopServices>> tavelleOpenDesktop() {
-  g_set_prgname("tavelle");
+  auto server = tavelle::connectToDisplay("tavelle");
+  if (!server) return server.error();
   g_set_application_name("Tavelle");
-  gdk_set_allowed_backends("x11");
-  if (!gtk_init_check(nullptr, nullptr)) return tavelle::Error{"couldn't connect to an X11 display"};
-  Gtk::Main::init_gtkmm_internals();
   Gtk::Window::set_default_icon_name(tavelle::iconName);
-  return std::unique_ptr<tavelle::DesktopServices>(std::make_unique<tavelle::GtkDesktopServices>());
+  return std::unique_ptr<tavelle::DesktopServices>(
+      std::make_unique<tavelle::GtkDesktopServices>(std::move(server).value()));
 }

@@ -5,25 +5,22 @@
 #include <vector>
 
 #include "platform/geometry.h"
-#include "platform/linux/desktop/x_connection.h"
 
 namespace tavelle {
 
 /// What panels and docks leave of each monitor. Main thread only.
 class WorkAreas {
  public:
-  explicit WorkAreas(const XConnection& connection);
+  virtual ~WorkAreas() = default;
 
-  /// The work areas of all the monitors that there are, in the order given and in GDK's coordinates. Blocks.
-  std::vector<Rect> of(const std::vector<GdkMonitor*>& monitors) const;
-
- private:
-  std::vector<Rect> askPanels(const std::vector<GdkMonitor*>& monitors) const;
-
-  const XConnection& connection_;
-  const std::vector<xcb_atom_t> atoms_;
+  /// The work areas of all the monitors that there are, in the order given and in GDK's coordinates; the whole monitor
+  /// where nobody tells. May block for an answer.
+  virtual std::vector<Rect> of(const std::vector<GdkMonitor*>& monitors) const = 0;
 };
 
-Rect rectOf(const GdkRectangle& rectangle);
+inline Rect rectOf(const GdkRectangle& rectangle) {
+  return {static_cast<double>(rectangle.x), static_cast<double>(rectangle.y), static_cast<double>(rectangle.width),
+          static_cast<double>(rectangle.height)};
+}
 
 }  // namespace tavelle

@@ -1,4 +1,4 @@
-#include "platform/linux/desktop/work_areas.h"
+#include "platform/linux/desktop/panel_areas.h"
 
 #include <gdk/gdkx.h>
 
@@ -41,15 +41,10 @@ std::vector<Strut> strutsOf(const std::vector<std::uint32_t>& partial, const std
 
 }  // namespace
 
-Rect rectOf(const GdkRectangle& rectangle) {
-  return {static_cast<double>(rectangle.x), static_cast<double>(rectangle.y), static_cast<double>(rectangle.width),
-          static_cast<double>(rectangle.height)};
-}
-
-WorkAreas::WorkAreas(const XConnection& connection)
+PanelAreas::PanelAreas(const XConnection& connection)
     : connection_(connection), atoms_(internAtoms(connection, atomNames)) {}
 
-std::vector<Rect> WorkAreas::of(const std::vector<GdkMonitor*>& monitors) const {
+std::vector<Rect> PanelAreas::of(const std::vector<GdkMonitor*>& monitors) const {
   // The one work area that all window managers tell is that of all monitors together, of use only where there is but
   // one. For several, some managers tell each monitor's own; elsewhere the panels have to be asked.
   const bool managerTells =
@@ -66,7 +61,7 @@ std::vector<Rect> WorkAreas::of(const std::vector<GdkMonitor*>& monitors) const 
   return areas;
 }
 
-std::vector<Rect> WorkAreas::askPanels(const std::vector<GdkMonitor*>& monitors) const {
+std::vector<Rect> PanelAreas::askPanels(const std::vector<GdkMonitor*>& monitors) const {
   GeometryRequest picture(connection_, xcb_get_geometry(connection_.get(), connection_.root()));
   PropertyRequest current(connection_, connection_.root(), atoms_[currentDesktop]);
   PropertyRequest clients(connection_, connection_.root(), atoms_[clientList]);

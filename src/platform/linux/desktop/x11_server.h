@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/linux/desktop/display_server.h"
+#include "platform/linux/desktop/gdk_screens.h"
+#include "platform/linux/desktop/linux_desktop_picture.h"
+#include "platform/linux/desktop/panel_areas.h"
+#include "platform/linux/desktop/x11_spaces.h"
+#include "platform/linux/desktop/x11_window_list.h"
+#include "platform/linux/desktop/x_connection.h"
+
+namespace tavelle {
+
+/// The X server, and what the window manager tells on it.
+class X11Server final : public DisplayServer {
+ public:
+  DesktopPicture& picture() override { return picture_; }
+  Screens& screens() override { return screens_; }
+  Spaces& spaces() override { return spaces_; }
+  WindowList& windowList() override { return windowList_; }
+  Registration onWindowEvent(std::function<void()> happened) override;
+
+ private:
+  const XConnection connection_;
+  const PanelAreas panels_{connection_};
+  LinuxDesktopPicture picture_{&connection_};
+  GdkScreens screens_{panels_};
+  X11Spaces spaces_{connection_};
+  X11WindowList windowList_{connection_};
+};
+
+}  // namespace tavelle
