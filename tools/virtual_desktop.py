@@ -80,13 +80,11 @@ def end(process, seconds=10):
     return process.returncode
 
 
-class VirtualDesktop:
-    """Use as a context manager; everything that it starts ends with it."""
+class Session:
+    """A session of processes with a bus and folders of their own. Use as a context manager; all that it starts ends
+    with it."""
 
-    def __init__(self, monitors=1, window_manager=True, size="1280x720"):
-        self._monitors = monitors
-        self._window_manager = window_manager
-        self._size = size
+    def __init__(self):
         self._processes = []
         self.folder = None
         self.environment = None
@@ -94,6 +92,7 @@ class VirtualDesktop:
     def __enter__(self):
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="tavelle-desktop-"))
         try:
+            self._prepare()
             self._start()
         except BaseException:
             self.__exit__()
@@ -105,11 +104,57 @@ class VirtualDesktop:
             end(process)
         shutil.rmtree(self.folder, ignore_errors=True)
 
-    def _start(self):
-        base = {k: v for k, v in os.environ.items() if not k.startswith(("DBUS_", "WAYLAND_", "XDG_", "GDK_", "GTK_"))}
+    def _prepare(self):
+        foreign = ("DBUS_", "WAYLAND_", "XDG_", "GDK_", "GTK_", "SWAY", "DISPLAY")
+        base = {k: v for k, v in os.environ.items() if not k.startswith(foreign)}
         runtime = self.folder / "runtime"
         runtime.mkdir(mode=0o700)
         self.environment = base | {"XDG_RUNTIME_DIR": str(runtime), "NO_AT_BRIDGE": "1"}
+
+    def _start(self):
+        """Starts what shows the screen, and then the bus: what that activates has to find the screen."""
+        raise NotImplementedError
+
+    def _start_bus(self):
+        bus = self.start(["dbus-daemon", "--session", "--nofork", "--print-address=1"], stdout=subprocess.PIPE)
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
+
+    def start(self, command, **options):
+        """Starts a program of this session that ends with it at the latest."""
+        options.setdefault("stdout", subprocess.DEVNULL)
+        options.setdefault("stderr", subprocess.DEVNULL)
+        process = subprocess.Popen(command, env=self.environment, stdin=subprocess.DEVNULL, **options)
+        self._processes.append(process)
+        return process
+
+    def run(self, *command):
+        """Runs a program to its end and gives what it printed."""
+        done = subprocess.run(command, env=self.environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                              stderr=subprocess.STDOUT, timeout=30, check=False)
+        return done.stdout.decode(errors="replace")
+
+    def screenshot(self, file):
+        """Saves what is on the screen; an older file of that name is never taken for it."""
+        file = pathlib.Path(file)
+        file.unlink(missing_ok=True)
+        said = self.run(*self.picture_taker, str(file))
+        if not file.exists():
+            raise RuntimeError(f"couldn't take a screenshot: {said}")
+        return file
+
+
+class VirtualDesktop(Session):
+    """An X server with a window manager."""
+
+    picture_taker = ("import", "-window", "root")
+
+    def __init__(self, monitors=1, window_manager=True, size="1280x720"):
+        super().__init__()
+        self._monitors = monitors
+        self._window_manager = window_manager
+        self._size = size
+
+    def _start(self):
         self._start_server()
         self._start_bus()
         if self._monitors > 1:
@@ -134,28 +179,10 @@ class VirtualDesktop:
         self.run("xrandr", "--output", "DUMMY0", "--primary", "--mode", self._size, "--pos", "0x0")
         self.run("xrandr", "--fb", self._size)
 
-    def _start_bus(self):
-        bus = self.start(["dbus-daemon", "--session", "--nofork", "--print-address=1"], stdout=subprocess.PIPE)
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
-
     def _start_window_manager(self):
         self.start(["openbox", "--sm-disable"])
         wait_until(lambda: "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"), 10,
                    "the window manager")
-
-    def start(self, command, **options):
-        """Starts a program of this desktop that ends with it at the latest."""
-        options.setdefault("stdout", subprocess.DEVNULL)
-        options.setdefault("stderr", subprocess.DEVNULL)
-        process = subprocess.Popen(command, env=self.environment, stdin=subprocess.DEVNULL, **options)
-        self._processes.append(process)
-        return process
-
-    def run(self, *command):
-        """Runs a program to its end and gives what it printed."""
-        done = subprocess.run(command, env=self.environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                              stderr=subprocess.STDOUT, timeout=30, check=False)
-        return done.stdout.decode(errors="replace")
 
     def plug(self, monitor, position, size="1280x720"):
         self.run("xrandr", "--addmode", monitor, size)
@@ -166,12 +193,3 @@ class VirtualDesktop:
     def unplug(self, monitor):
         self.run("xrandr", "--output", monitor, "--off")
         self.run("xrandr", "--query")
-
-    def screenshot(self, file):
-        """Saves what is on the screen; an older file of that name is never taken for it."""
-        file = pathlib.Path(file)
-        file.unlink(missing_ok=True)
-        said = self.run("import", "-window", "root", str(file))
-        if not file.exists():
-            raise RuntimeError(f"couldn't take a screenshot: {said}")
-        return file

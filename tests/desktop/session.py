@@ -19,7 +19,7 @@ PICTURE_PROBE = BINARY.parent.parent / "tests/desktop_picture_probe"
 SAMPLES = sorted(each.name for each in (BINARY.parent.parent / "share/tavelle/Wallpapers").iterdir())
 
 sys.path.insert(0, str(REPOSITORY / "tools"))
-from virtual_desktop import VirtualDesktop, descendants, end, wait_until  # noqa: E402, F401  (handed on)
+from virtual_desktop import Session, VirtualDesktop, descendants, end, wait_until  # noqa: E402, F401  (handed on)
 
 # Far more than anything takes, even on a busy machine: only a failing test waits so long.
 PATIENCE = 60

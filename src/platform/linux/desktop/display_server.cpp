@@ -3,15 +3,23 @@
 #include <gdk/gdk.h>
 #include <gtkmm/main.h>
 
+#include "platform/linux/desktop/layer_shell.h"
+#include "platform/linux/desktop/wayland_server.h"
 #include "platform/linux/desktop/x11_server.h"
 
 namespace tavelle {
 
 Result<std::unique_ptr<DisplayServer>> connectToDisplay(const char* programName) {
   g_set_prgname(programName);
-  gdk_set_allowed_backends("x11");
-  if (!gtk_init_check(nullptr, nullptr)) return Error{"couldn't connect to an X11 display"};
+  const bool layers = compositorHasLayers();
+  gdk_set_allowed_backends(layers ? "wayland,x11" : "x11");
+  if (!gtk_init_check(nullptr, nullptr)) {
+    return Error{layers ? "couldn't connect to a Wayland or X11 display" : "couldn't connect to an X11 display"};
+  }
   Gtk::Main::init_gtkmm_internals();
+  // The toolkit may have been told to prefer the other.
+  if (isLayerDisplay(gdk_display_get_default()))
+    return std::unique_ptr<DisplayServer>(std::make_unique<WaylandServer>());
   return std::unique_ptr<DisplayServer>(std::make_unique<X11Server>());
 }
 

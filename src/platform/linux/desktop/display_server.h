@@ -18,6 +18,8 @@ class DisplayServer {
  public:
   virtual ~DisplayServer() = default;
 
+  /// Whether wallpaper windows and menus are layers of a Wayland compositor's rather than windows of an X server's.
+  virtual bool hasLayers() const = 0;
   virtual DesktopPicture& picture() = 0;
   virtual Screens& screens() = 0;
   virtual Spaces& spaces() = 0;
@@ -26,8 +28,10 @@ class DisplayServer {
   virtual Registration onWindowEvent(std::function<void()> happened) = 0;
 };
 
-/// Connects the toolkit to the X server, and all that does without the toolkit; an error when it can't be reached. Once
-/// in a process. `programName` is the one that the server is told.
+/// Connects the toolkit, and all that does without the toolkit: to a Wayland compositor where it can put layers on the
+/// screen (wlr-layer-shell), otherwise to an X server, which also is how to reach a Wayland compositor without layers.
+/// `GDK_BACKEND` in the environment rules out one or the other, as in every program of the toolkit's. An error when no
+/// server that is left can be reached. Once in a process. `programName` is the one that the server is told.
 Result<std::unique_ptr<DisplayServer>> connectToDisplay(const char* programName);
 
 }  // namespace tavelle

@@ -51,17 +51,19 @@ Screen screenOf(GdkMonitor* monitor, const Rect& main, const Rect& workArea) {
           .bounds = bounds};
 }
 
-/// Calls one function from several signals of the display and its screen, until it dies.
+/// Calls one function from several signals of the display, its screen and its monitors, until it dies.
 class ChangeListener {
  public:
   explicit ChangeListener(std::function<void()> changed) : changed_(std::move(changed)) {
     GdkDisplay* const display = gdk_display_get_default();
     GdkScreen* const screen = gdk_display_get_default_screen(display);
-    for (const auto& [object, signal] :
-         {std::pair{G_OBJECT(display), "monitor-added"}, std::pair{G_OBJECT(display), "monitor-removed"},
-          std::pair{G_OBJECT(screen), "monitors-changed"}, std::pair{G_OBJECT(screen), "size-changed"}}) {
-      g_signal_connect_swapped(object, signal, G_CALLBACK(notify), this);
-    }
+    g_signal_connect(display, "monitor-added", G_CALLBACK(added), this);
+    g_signal_connect(display, "monitor-removed", G_CALLBACK(removed), this);
+    g_signal_connect_swapped(screen, "monitors-changed", G_CALLBACK(notify), this);
+    g_signal_connect_swapped(screen, "size-changed", G_CALLBACK(notify), this);
+    for (GdkMonitor* monitor : monitors()) listenTo(monitor);
+    // Monitors may have changed since they were looked at and before anybody listened.
+    notify(this);
   }
   ChangeListener(const ChangeListener&) = delete;
   ChangeListener& operator=(const ChangeListener&) = delete;
@@ -70,9 +72,19 @@ class ChangeListener {
     GdkDisplay* const display = gdk_display_get_default();
     g_signal_handlers_disconnect_by_data(display, this);
     g_signal_handlers_disconnect_by_data(gdk_display_get_default_screen(display), this);
+    for (const auto& monitor : listenedTo_) g_signal_handlers_disconnect_by_data(monitor.get(), this);
   }
 
  private:
+  static void added(GdkDisplay* /*display*/, GdkMonitor* monitor, ChangeListener* self) {
+    self->listenTo(monitor);
+    notify(self);
+  }
+  static void removed(GdkDisplay* /*display*/, GdkMonitor* monitor, ChangeListener* self) {
+    g_signal_handlers_disconnect_by_data(monitor, self);
+    std::erase_if(self->listenedTo_, [=](const auto& each) { return each.get() == monitor; });
+    notify(self);
+  }
   static void notify(ChangeListener* self) {
     // GDK tells of a monitor before it has settled its list, so the list is looked at when it has.
     if (self->idle_ == 0) self->idle_ = g_idle_add(tell, self);
@@ -86,7 +98,14 @@ class ChangeListener {
     return G_SOURCE_REMOVE;
   }
 
+  /// On Wayland the screen tells only of changes that alter the extent of all monitors.
+  void listenTo(GdkMonitor* monitor) {
+    g_signal_connect_swapped(monitor, "notify::geometry", G_CALLBACK(notify), this);
+    listenedTo_.push_back(retain(monitor));
+  }
+
   std::function<void()> changed_;
+  std::vector<GObjectPtr<GdkMonitor>> listenedTo_;
   guint idle_ = 0;
 };
 

@@ -10,6 +10,7 @@
 #include "platform/linux/desktop/gtk_open_panels.h"
 #include "platform/linux/desktop/gtk_status_items.h"
 #include "platform/linux/desktop/icon_names.h"
+#include "platform/linux/desktop/layer_wallpaper_window.h"
 #include "platform/linux/desktop/linux_workspace.h"
 #include "platform/linux/desktop/webkit_web_views.h"
 #include "platform/linux/desktop/x11_wallpaper_window.h"
@@ -18,6 +19,11 @@
 
 namespace tavelle {
 namespace {
+
+std::unique_ptr<WallpaperWindows> wallpaperWindows(DisplayServer& server) {
+  if (server.hasLayers()) return std::make_unique<LayerWallpaperWindows>(server.screens());
+  return std::make_unique<X11WallpaperWindows>();
+}
 
 class GtkDesktopServices final : public DesktopServices {
  public:
@@ -40,7 +46,7 @@ class GtkDesktopServices final : public DesktopServices {
   GuideWindows& guideWindows() override { return guideWindows_; }
   Screens& screens() override { return server_->screens(); }
   StatusItems& statusItems() override { return statusItems_; }
-  WallpaperWindows& windows() override { return windows_; }
+  WallpaperWindows& windows() override { return *windows_; }
   WindowList& windowList() override { return server_->windowList(); }
   Workspace& workspace() override { return workspace_; }
 
@@ -53,7 +59,7 @@ class GtkDesktopServices final : public DesktopServices {
   LinuxWorkspace workspace_{*server_};
   AnnouncedPicture desktopPicture_{server_->picture()};
   GtkGuideWindows guideWindows_;
-  X11WallpaperWindows windows_;
+  const std::unique_ptr<WallpaperWindows> windows_ = wallpaperWindows(*server_);
   std::unique_ptr<WebKitWebViews> webViews_;
 };
 

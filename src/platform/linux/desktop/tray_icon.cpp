@@ -5,6 +5,8 @@
 
 #include <utility>
 
+#include "platform/linux/desktop/layer_shell.h"
+
 namespace tavelle {
 namespace {
 
@@ -27,6 +29,7 @@ void TrayIcon::shownOnBus(bool shown) {
   lastPlace_.reset();
   patience_.disconnect();
   if (shown) return embedded_.reset();
+  if (isLayerDisplay(gdk_display_get_default())) return;
   patience_ = Glib::signal_timeout().connect(
       [this] {
         embedded_ = std::make_unique<EmbeddedIcon>([this] { performClick(); });

@@ -13,6 +13,7 @@ namespace tavelle {
 /// The X server, and what the window manager tells on it.
 class X11Server final : public DisplayServer {
  public:
+  bool hasLayers() const override { return false; }
   DesktopPicture& picture() override { return picture_; }
   Screens& screens() override { return screens_; }
   Spaces& spaces() override { return spaces_; }

@@ -7,7 +7,7 @@
 // clang-format on
 
 #include "platform/linux/desktop/gdk_screens.h"
-#include "platform/linux/desktop/webkit_web_view.h"
+#include "platform/linux/desktop/wallpaper_surface.h"
 
 namespace tavelle {
 namespace {
@@ -15,11 +15,7 @@ namespace {
 class X11WallpaperWindow final : public WallpaperWindow {
  public:
   explicit X11WallpaperWindow(const Screen& screen) : place_(gdkPlace(screen)) {
-    window_.set_title("Tavelle wallpaper");
     window_.set_type_hint(Gdk::WINDOW_TYPE_HINT_DESKTOP);
-    window_.set_decorated(false);
-    window_.set_accept_focus(false);
-    window_.set_focus_on_map(false);
     window_.set_skip_taskbar_hint(true);
     window_.set_skip_pager_hint(true);
     window_.set_keep_below(true);
@@ -31,17 +27,13 @@ class X11WallpaperWindow final : public WallpaperWindow {
     window_.signal_realize().connect([this] { prepareSurface(); });
     // Some window managers give the frame that they put around a window its shape only when they see it change.
     window_.signal_map_event().connect([this](GdkEventAny*) {
-      letClicksThrough();
+      window_.letClicksThrough();
       return false;
     });
-    paintBlack();
     gtk_widget_realize(GTK_WIDGET(window_.gobj()));
   }
 
-  void setContent(WebView& content) override {
-    window_.remove();
-    gtk_container_add(GTK_CONTAINER(window_.gobj()), dynamic_cast<WebKitView&>(content).widget());
-  }
+  void setContent(WebView& content) override { window_.fillWith(content); }
 
   void orderFront() override {
     gtk_widget_show_all(GTK_WIDGET(window_.gobj()));
@@ -71,10 +63,7 @@ class X11WallpaperWindow final : public WallpaperWindow {
                                                gdk_atom_intern_static_string("_NET_WM_WINDOW_TYPE_DESKTOP"));
   }
 
-  void letClicksThrough() { window_.input_shape_combine_region(Cairo::Region::create()); }
-
   void prepareSurface() {
-    letClicksThrough();
     const auto surface = window_.get_window();
     // The server itself fills what nobody has painted yet, from the moment the window appears.
     GdkDisplay* const display = gdk_display_get_default();
@@ -82,19 +71,8 @@ class X11WallpaperWindow final : public WallpaperWindow {
                          BlackPixel(gdk_x11_display_get_xdisplay(display), 0));
   }
 
-  void paintBlack() {
-    window_.set_app_paintable(true);
-    window_.signal_draw().connect(
-        [](const Cairo::RefPtr<Cairo::Context>& context) {
-          context->set_source_rgb(0, 0, 0);
-          context->paint();
-          return false;
-        },
-        false);
-  }
-
   GdkRectangle place_;
-  Gtk::Window window_;
+  WallpaperSurface window_;
 };
 
 }  // namespace
