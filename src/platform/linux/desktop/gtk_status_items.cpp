@@ -1,5 +1,7 @@
 #include "platform/linux/desktop/gtk_status_items.h"
 
+#include <glibmm/main.h>
+
 #include <utility>
 
 #include "platform/linux/desktop/gtk_status_menu.h"
@@ -14,6 +16,10 @@ class GtkStatusItem final : public StatusItem {
   GtkStatusItem(const std::optional<std::filesystem::path>& icons, std::function<void(MenuItems&)> menuNeedsUpdate)
       : menuNeedsUpdate_(std::move(menuNeedsUpdate)), icon_(icons, [this](const auto& place) { toggle(place); }) {}
 
+  GtkStatusItem(const GtkStatusItem&) = delete;
+  GtkStatusItem& operator=(const GtkStatusItem&) = delete;
+  ~GtkStatusItem() override { reopening_.disconnect(); }
+
   void performClick() override { icon_.performClick(); }
   bool isMenuOpen() const override { return menu_ && menu_->get_visible(); }
 
@@ -24,13 +30,26 @@ class GtkStatusItem final : public StatusItem {
     menu_.reset();
     items_.clear();
     menuNeedsUpdate_(items_);
-    menu_ = std::make_unique<GtkStatusMenu>(items_);
-    menu_->popUp(place);
+    open(place, false);
+  }
+
+  void open(const std::optional<Gdk::Rectangle>& place, bool onList) {
+    // The list serves one menu at a time.
+    menu_.reset();
+    menu_ = std::make_unique<GtkStatusMenu>(items_, [this, place](bool wasOnList) {
+      // Not while the toolkit is still at the event that has made the menu grow.
+      reopening_ = Glib::signal_idle().connect([this, place, wasOnList] {
+        open(place, wasOnList);
+        return false;
+      });
+    });
+    menu_->popUp(place, onList);
   }
 
   const std::function<void(MenuItems&)> menuNeedsUpdate_;
   MenuItems items_;
   std::unique_ptr<GtkStatusMenu> menu_;
+  sigc::connection reopening_;
   TrayIcon icon_;
 };
 

@@ -14,7 +14,9 @@
 #include <algorithm>
 #include <memory>
 
+#include "platform/linux/desktop/layer_shell.h"
 #include "platform/linux/desktop/list_menu_item.h"
+#include "platform/linux/desktop/menu_anchor.h"
 #include "platform/linux/desktop/menu_style.h"
 #include "platform/linux/handles.h"
 
@@ -46,6 +48,19 @@ Gdk::Rectangle pointerPlace() {
   int y = 0;
   gdk_device_get_position(gdk_seat_get_pointer(gdk_display_get_default_seat(display)), nullptr, &x, &y);
   return {x, y, 1, 1};
+}
+
+/// On Wayland a panel may know no more than where on its icon the click was.
+bool isCountedFromIcon(const Gdk::Rectangle& place) {
+  constexpr int largestIcon = 48;
+  return place.get_x() < largestIcon && place.get_y() < largestIcon;
+}
+
+/// Where most panels have their icons. Only the compositor knows where the pointer is.
+Gdk::Rectangle usualCorner() {
+  GdkRectangle screen;
+  gdk_monitor_get_geometry(gdk_display_get_monitor_at_point(gdk_display_get_default(), 0, 0), &screen);
+  return {screen.x + screen.width - 1, screen.y, 1, 1};
 }
 
 std::unique_ptr<Gtk::MenuItem> makeItem(const MenuItem& item);
@@ -121,7 +136,8 @@ std::unique_ptr<Gtk::MenuItem> makeItem(const MenuItem& item) {
 
 }  // namespace
 
-GtkStatusMenu::GtkStatusMenu(const MenuItems& menu) {
+GtkStatusMenu::GtkStatusMenu(const MenuItems& menu, std::function<void(bool)> outgrown)
+    : outgrown_(std::move(outgrown)) {
   useMenuStyle(*this);
   for (const MenuItem& item : menu) {
     if (item.kind == MenuItem::Kind::list) {
@@ -136,10 +152,24 @@ GtkStatusMenu::GtkStatusMenu(const MenuItems& menu) {
 
 GtkStatusMenu::~GtkStatusMenu() { nextAttempt_.disconnect(); }
 
-void GtkStatusMenu::popUp(const std::optional<Gdk::Rectangle>& place) {
+void GtkStatusMenu::popUp(const std::optional<Gdk::Rectangle>& place, bool onList) {
+  if (isLayerDisplay(gdk_display_get_default())) {
+    place_ = place && !isCountedFromIcon(*place) ? *place : usualCorner();
+    anchor_ = std::make_unique<MenuAnchor>(place_, [this, onList] {
+      openAtAnchor();
+      if (onList) select_item(*list_);
+    });
+    return;
+  }
   place_ = place ? *place : pointerPlace();
   attempts_ = 0;
   tryToPopUp();
+}
+
+void GtkStatusMenu::openAtAnchor() {
+  const GdkRectangle point{0, 0, 1, 1};
+  gtk_menu_popup_at_rect(gobj(), anchor_->surface(), &point, GDK_GRAVITY_SOUTH_WEST, GDK_GRAVITY_NORTH_WEST, nullptr);
+  opensBelow_ = fitsBelow();
 }
 
 void GtkStatusMenu::tryToPopUp() {
@@ -163,16 +193,33 @@ void GtkStatusMenu::fit() {
   // The menu's window keeps the size that it was opened with until it is told, and its place until it is asked.
   Gtk::Requisition minimum;
   Gtk::Requisition natural;
-  get_preferred_size(minimum, natural);
+  // With the shadow that the toolkit draws round it on Wayland.
+  window->get_preferred_size(minimum, natural);
+  if (anchor_ && !(opensBelow_ && fitsBelow())) {
+    const bool onList = isOnList();
+    popdown();
+    return outgrown_(onList);
+  }
   window->get_window()->resize(natural.width, natural.height);
   window->resize(natural.width, natural.height);
   reposition();
 }
 
+bool GtkStatusMenu::fitsBelow() const {
+  GdkRectangle screen;
+  gdk_monitor_get_geometry(gdk_display_get_monitor_at_point(gdk_display_get_default(), place_.get_x(), place_.get_y()),
+                           &screen);
+  Gtk::Requisition minimum;
+  Gtk::Requisition natural;
+  get_preferred_size(minimum, natural);
+  return place_.get_y() + place_.get_height() + natural.height <= screen.y + screen.height;
+}
+
+bool GtkStatusMenu::isOnList() const {
+  return list_ && gtk_menu_shell_get_selected_item(GTK_MENU_SHELL(gobj())) == GTK_WIDGET(list_->gobj());
+}
+
 bool GtkStatusMenu::on_key_press_event(GdkEventKey* event) {
-  const auto isOnList = [this] {
-    return list_ && gtk_menu_shell_get_selected_item(GTK_MENU_SHELL(gobj())) == GTK_WIDGET(list_->gobj());
-  };
   const bool before = isOnList();
   if (before && list_->pressKey(event->keyval)) return true;
   const bool handled = Gtk::Menu::on_key_press_event(event);

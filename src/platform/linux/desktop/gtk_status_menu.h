@@ -4,6 +4,8 @@
 #include <gtkmm/menu.h>
 #include <sigc++/connection.h>
 
+#include <functional>
+#include <memory>
 #include <optional>
 
 #include "platform/status_item.h"
@@ -11,28 +13,38 @@
 namespace tavelle {
 
 class ListMenuItem;
+class MenuAnchor;
 
 /// A menu of the program's, on the screen.
 class GtkStatusMenu final : public Gtk::Menu {
  public:
-  /// `menu` must outlive this.
-  explicit GtkStatusMenu(const MenuItems& menu);
+  /// `menu` must outlive this. `outgrown` is called, with whether the list is the selected item, after the menu has
+  /// closed since it has outgrown its place: an open one can't be moved on Wayland.
+  GtkStatusMenu(const MenuItems& menu, std::function<void(bool onList)> outgrown);
   GtkStatusMenu(const GtkStatusMenu&) = delete;
   GtkStatusMenu& operator=(const GtkStatusMenu&) = delete;
   ~GtkStatusMenu() override;
 
-  /// Opens beside `place`, in the toolkit's coordinates of the root window; without one at the pointer. Where a panel
-  /// still holds the pointer, a little later.
-  void popUp(const std::optional<Gdk::Rectangle>& place);
+  /// Opens beside `place`, in the toolkit's coordinates of the root window; without one at the pointer, on Wayland in
+  /// the corner where panels have their icons. Where a panel still holds the pointer, a little later. With the list
+  /// selected if `onList`, where it can be outgrown.
+  void popUp(const std::optional<Gdk::Rectangle>& place, bool onList);
 
  protected:
   bool on_key_press_event(GdkEventKey* event) override;
 
  private:
   void tryToPopUp();
+  void openAtAnchor();
   void fit();
+  bool fitsBelow() const;
+  bool isOnList() const;
 
+  const std::function<void(bool)> outgrown_;
   Gdk::Rectangle place_;
+  /// Where windows can't be placed otherwise.
+  std::unique_ptr<MenuAnchor> anchor_;
+  bool opensBelow_ = false;
   int attempts_ = 0;
   sigc::connection nextAttempt_;
   /// Owned by the menu, as all its items.
