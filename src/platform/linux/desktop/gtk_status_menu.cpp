@@ -148,9 +148,19 @@ GtkStatusMenu::GtkStatusMenu(const MenuItems& menu, std::function<void(bool)> ou
     }
   }
   show_all_children();
+  signal_unmap().connect([this] {
+    // The keyboard goes back to where it was. Not before the popup has gone, which is the surface's.
+    leaving_ = Glib::signal_idle().connect([this] {
+      anchor_.reset();
+      return false;
+    });
+  });
 }
 
-GtkStatusMenu::~GtkStatusMenu() { nextAttempt_.disconnect(); }
+GtkStatusMenu::~GtkStatusMenu() {
+  nextAttempt_.disconnect();
+  leaving_.disconnect();
+}
 
 void GtkStatusMenu::popUp(const std::optional<Gdk::Rectangle>& place, bool onList) {
   if (isLayerDisplay(gdk_display_get_default())) {

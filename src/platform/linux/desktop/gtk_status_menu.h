@@ -47,6 +47,7 @@ class GtkStatusMenu final : public Gtk::Menu {
   bool opensBelow_ = false;
   int attempts_ = 0;
   sigc::connection nextAttempt_;
+  sigc::connection leaving_;
   /// Owned by the menu, as all its items.
   ListMenuItem* list_ = nullptr;
 };

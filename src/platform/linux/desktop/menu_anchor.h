@@ -7,12 +7,13 @@
 
 namespace tavelle {
 
-/// A point of a Wayland compositor's screen for a menu to open beside: a surface of one pixel on the topmost layer, which
-/// has the keyboard while it is there. It takes no room from anything. Main thread only.
+/// A point of a Wayland compositor's screen for a menu to open beside: a surface of one pixel on the topmost layer,
+/// which has the keyboard while it is there. It takes no room from anything. Main thread only.
 class MenuAnchor {
  public:
   /// `place` is in the toolkit's coordinates; on the monitor that holds it, or the nearest one. `ready` is called once
-  /// on the main loop, when the surface is on screen and has the keyboard: a menu that opens earlier would never get it.
+  /// on the main loop, when the surface is on screen and has the keyboard: a menu that opens earlier would never get
+  /// it.
   MenuAnchor(const Gdk::Rectangle& place, std::function<void()> ready);
   MenuAnchor(const MenuAnchor&) = delete;
   MenuAnchor& operator=(const MenuAnchor&) = delete;
