@@ -1,0 +1,65 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/linux/file_descriptor.h"
+
+namespace tavelle {
+
+/// What sway can be asked, by its own numbers (sway-ipc(7)).
+enum class SwayRequest : std::uint32_t { workspaces = 1, subscribe = 2, tree = 4 };
+
+/// One connection to the socket on which sway answers questions about itself. It never waits longer than it is told to.
+/// One thread at a time.
+class SwayConnection {
+ public:
+  /// None when nobody listens at `socket`, a path.
+  static std::optional<SwayConnection> open(const std::filesystem::path& socket);
+
+  /// The answer, JSON as sway wrote it. None when it has not come whole within `patience`, and when the connection has
+  /// broken or what came makes no sense: the connection is of no use any more then, since a late answer would be taken
+  /// for that to a later question.
+  std::optional<std::string> ask(SwayRequest request, std::string_view payload, std::chrono::milliseconds patience);
+
+  /// The events, each JSON as sway wrote it, that have come in since the last call, in their order; for a connection
+  /// that has subscribed to some. Does not wait. None when the connection has broken: then no more can come.
+  std::optional<std::vector<std::string>> takeEvents();
+
+  /// Readable when events have come in.
+  int descriptor() const { return socket_.get(); }
+  /// The process that listens at the socket; none when the kernel does not tell.
+  std::optional<pid_t> server() const;
+
+ private:
+  struct Message {
+    std::uint32_t type;
+    std::string payload;
+  };
+  using Deadline = std::chrono::steady_clock::time_point;
+
+  explicit SwayConnection(FileDescriptor socket) : socket_(std::move(socket)) {}
+
+  bool send(std::string_view bytes, Deadline deadline) const;
+  bool waitFor(short events, Deadline deadline) const;
+  /// Adds what has arrived to what waits to be understood. False when nothing more can come.
+  bool receive();
+  /// Takes the first whole message out of what has arrived.
+  std::optional<Message> takeMessage();
+
+  FileDescriptor socket_;
+  std::string arrived_;
+  bool broken_ = false;
+};
+
+/// The process at the other end of a connected local socket; none when the kernel does not tell.
+std::optional<pid_t> processBehind(int socket);
+
+}  // namespace tavelle

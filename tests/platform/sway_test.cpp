@@ -1,0 +1,210 @@
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <array>
+#include <string>
+
+#include "platform/linux/sway/sway_connection.h"
+#include "platform/linux/sway/sway_tree.h"
+
+namespace tavelle {
+namespace {
+
+using namespace std::chrono_literals;
+
+std::string box(const Rect& rect) {
+  const auto number = [](double each) { return std::to_string(static_cast<int>(each)); };
+  return R"({"x":)" + number(rect.x) + R"(,"y":)" + number(rect.y) + R"(,"width":)" + number(rect.width) +
+         R"(,"height":)" + number(rect.height) + "}";
+}
+
+/// A node of the tree, with more members as `more` has them.
+std::string node(const char* type, const Rect& rect, const std::string& more, const std::string& nodes = "",
+                 const std::string& floating = "") {
+  return std::string(R"({"type":")") + type + R"(","rect":)" + box(rect) + more + R"(,"nodes":[)" + nodes +
+         R"(],"floating_nodes":[)" + floating + "]}";
+}
+
+/// A window of the process `pid`.
+std::string window(int pid, const Rect& rect, const Rect& titleBar = {}, const char* more = R"(,"visible":true)",
+                   const char* type = "con") {
+  return node(type, rect,
+              R"(,"layout":"none","pid":)" + std::to_string(pid) + R"(,"deco_rect":)" + box(titleBar) + more);
+}
+
+std::string screen(const std::string& nodes, const std::string& floating = "") {
+  const Rect rect{0, 0, 1280, 720};
+  const auto workspace = node("workspace", rect, R"(,"layout":"splith","fullscreen_mode":1)", nodes, floating);
+  return node("root", rect, R"(,"layout":"splith")", node("output", rect, R"(,"layout":"output")", workspace));
+}
+
+// The numbers are those of sway 1.7's own trees.
+TEST(SwayTree, TellsTheWindowsInSightWithAllThatBelongsToThem) {
+  struct Window {
+    int pid;
+    Rect bounds;
+  };
+  struct Case {
+    const char* what;
+    std::string tree;
+    std::vector<Window> windows;
+  };
+  constexpr auto hidden = R"(,"visible":false)";
+  constexpr auto full = R"(,"visible":true,"fullscreen_mode":1)";
+  const Rect whole{0, 0, 1280, 720};
+  const Case cases[] = {
+      {"nothing", screen(""), {}},
+      {"tiled, one with a title bar",
+       screen(window(1, {0, 0, 640, 720}) + "," + window(2, {640, 25, 640, 695}, {640, 0, 640, 25})),
+       {{1, {0, 0, 640, 720}}, {2, {640, 0, 640, 720}}}},
+      {"floating above tiled, the last on top",
+       screen(window(1, whole),
+              window(2, {10, 10, 90, 90}, {}, R"(,"visible":true)", "floating_con") + "," +
+                  window(3, {288, 110, 704, 502}, {288, 85, 704, 25}, R"(,"visible":true)", "floating_con")),
+       {{3, {288, 85, 704, 527}}, {2, {10, 10, 90, 90}}, {1, whole}}},
+      {"full-screen above all",
+       screen(window(1, {0, 0, 640, 720}, {}, hidden) + "," + window(2, whole, {}, full),
+              window(3, {10, 10, 90, 90}, {}, R"(,"visible":true)", "floating_con")),
+       {{2, whole}, {3, {10, 10, 90, 90}}}},
+      {"below a stack of title bars",
+       screen(node("con", whole, R"(,"layout":"stacked")",
+                   window(1, {0, 50, 1280, 670}, {0, 0, 1280, 25}, hidden) + "," +
+                       window(2, {0, 50, 1280, 670}, {0, 25, 1280, 25}))),
+       {{2, whole}}},
+      {"a split in a stack: only what is at its top lies below the stack's title bars",
+       screen(node("con", whole, R"(,"layout":"stacked")",
+                   window(1, {0, 50, 1280, 670}, {0, 0, 1280, 25}, hidden) + "," +
+                       node("con", {0, 100, 1280, 620}, R"(,"layout":"splitv","deco_rect":)" + box({0, 25, 1280, 25}),
+                            window(2, {0, 75, 1280, 310}, {0, 0, 1280, 25}) + "," + window(3, {0, 385, 1280, 335})))),
+       {{2, {0, 0, 1280, 385}}, {3, {0, 385, 1280, 335}}}},
+      {"tabs in a tab",
+       screen(node("con", whole, R"(,"layout":"tabbed")",
+                   window(1, {0, 25, 1280, 695}, {0, 0, 640, 25}, hidden) + "," +
+                       node("con", {0, 50, 1280, 670}, R"(,"layout":"tabbed","deco_rect":)" + box({640, 25, 640, 25}),
+                            window(2, {0, 50, 1280, 670}, {0, 0, 640, 25}, hidden) + "," +
+                                window(3, {0, 50, 1280, 670}, {640, 0, 640, 25})))),
+       {{3, whole}}},
+  };
+  for (const auto& [what, tree, windows] : cases) {
+    const auto found = windowsInSwayTree(tree);
+    ASSERT_TRUE(found) << what;
+    ASSERT_EQ(found->size(), windows.size()) << what;
+    for (std::size_t i = 0; i < windows.size(); ++i) {
+      EXPECT_EQ((*found)[i].owner, windows[i].pid) << what << ", " << i;
+      EXPECT_EQ((*found)[i].bounds, windows[i].bounds) << what << ", " << i;
+      EXPECT_EQ((*found)[i].layer, 0) << what << ", " << i;
+    }
+  }
+}
+
+TEST(SwayTree, IsNotTakenFromSomethingElse) {
+  for (const char* text : {"", "{", "[]", "null", R"({"type":7})", R"({"success":false})"}) {
+    EXPECT_FALSE(windowsInSwayTree(text)) << text;
+    EXPECT_TRUE(shownSwayWorkspaces(text).empty()) << text;
+  }
+  const auto odd = windowsInSwayTree(
+      R"({"type":"root","nodes":[7,{"type":"con","visible":true,"pid":-1,"rect":{"x":"1"}},{"nodes":{}}]})");
+  ASSERT_TRUE(odd && odd->size() == 1);
+  EXPECT_FALSE(odd->front().bounds || odd->front().owner);
+}
+
+TEST(SwayWorkspaces, AreWhatPanelsLeaveWithGapsRoundThem) {
+  const Rect output{1280, 0, 1280, 720};
+  struct Case {
+    const char* what;
+    Rect workspace;
+    Rect area;
+  };
+  for (const auto& [what, workspace, area] :
+       std::initializer_list<Case>{{"nothing", output, output},
+                                   {"a panel", {1280, 30, 1280, 690}, {1280, 30, 1280, 690}},
+                                   {"a gap", {1320, 40, 1200, 640}, output},
+                                   {"a panel and a gap", {1320, 70, 1200, 610}, {1280, 30, 1280, 690}},
+                                   {"of another output", {0, 30, 1280, 690}, output}}) {
+    const std::string list = R"([{"visible":false,"rect":)" + box({1280, 99, 1280, 600}) +
+                             R"(},{"visible":true,"rect":)" + box(workspace) + "}]";
+    EXPECT_EQ(areaWithoutPanels(output, shownSwayWorkspaces(list)), area) << what;
+  }
+}
+
+TEST(SwayEvents, AboutTitlesMoveNothing) {
+  EXPECT_FALSE(mayMoveWindows(R"({"change":"title","container":{}})"));
+  EXPECT_TRUE(mayMoveWindows(R"({"change":"fullscreen_mode","container":{}})"));
+  EXPECT_TRUE(mayMoveWindows("?"));
+}
+
+std::string message(std::uint32_t type, const std::string& payload, const char* magic = "i3-ipc") {
+  const std::array head{static_cast<std::uint32_t>(payload.size()), type};
+  return magic + std::string(reinterpret_cast<const char*>(head.data()), sizeof head) + payload;
+}
+
+/// A sway that takes one connection and says the same whatever it is asked; it hangs up in the end, or when told to.
+class Speaker {
+ public:
+  Speaker(const std::string& words, bool hangUp) {
+    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+    path().copy(static_cast<char*>(address.sun_path), sizeof address.sun_path - 1);
+    unlink(path().c_str());
+    EXPECT_EQ(bind(listener_.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    EXPECT_EQ(listen(listener_.get(), 1), 0);
+    connection = SwayConnection::open(path());
+    const FileDescriptor other(accept(listener_.get(), nullptr, nullptr));
+    EXPECT_TRUE(other.writeAll(words));
+    if (!hangUp) other_ = FileDescriptor(dup(other.get()));
+  }
+  ~Speaker() { unlink(path().c_str()); }
+
+  static std::string path() { return testing::TempDir() + "sway-" + std::to_string(getpid()); }
+
+  std::optional<SwayConnection> connection;
+
+ private:
+  const FileDescriptor listener_{socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)};
+  FileDescriptor other_;
+};
+
+TEST(SwayConnection, GivesWholeAnswersOnlyAndInTime) {
+  constexpr std::uint32_t tree = 4;
+  const std::string whole = message(tree, std::string(60000, 'x'));
+  const std::string event = message(0x80000003U, "event");
+  struct Case {
+    const char* what;
+    std::string words;
+    bool hangUp;
+    std::optional<std::size_t> answer;
+  };
+  for (const auto& [what, words, hangUp, answer] : std::initializer_list<Case>{
+           {"an answer", whole, false, 60000},
+           {"events before it", event + event + whole, false, 60000},
+           {"nothing", "", false, {}},
+           {"the end", "", true, {}},
+           {"half of it", whole.substr(0, 30000), false, {}},
+           {"half of the head", whole.substr(0, 9), true, {}},
+           {"an answer to something else", message(1, "[]") + whole, false, {}},
+           {"another language", message(tree, "{}", "HTTP/1"), false, {}},
+           {"more than anybody can hold", std::string("i3-ipc\xff\xff\xff\x7f\x04\0\0\0", 14), false, {}}}) {
+    Speaker sway(words, hangUp);
+    ASSERT_TRUE(sway.connection) << what;
+    const auto begin = std::chrono::steady_clock::now();
+    const auto said = sway.connection->ask(SwayRequest::tree, "", answer ? 10s : 50ms);
+    EXPECT_EQ(said ? std::optional(said->size()) : std::nullopt, answer) << what;
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 5s) << what;
+  }
+  EXPECT_FALSE(SwayConnection::open(Speaker::path())) << "nobody";
+  EXPECT_FALSE(SwayConnection::open(std::string(200, 'x'))) << "no such path";
+}
+
+TEST(SwayConnection, TakesEventsUntilItBreaks) {
+  Speaker open(message(2, "{}") + message(0x80000003U, "one") + message(0x80000000U, "two") + "i3-i", false);
+  EXPECT_TRUE(open.connection->ask(SwayRequest::subscribe, "[]", 10s));
+  EXPECT_EQ(open.connection->takeEvents(), (std::vector<std::string>{"one", "two"}));
+  EXPECT_EQ(open.connection->takeEvents(), std::vector<std::string>{});
+  EXPECT_EQ(open.connection->server(), getpid());
+  Speaker gone("", true);
+  EXPECT_FALSE(gone.connection->takeEvents());
+}
+
+}  // namespace
+}  // namespace tavelle
