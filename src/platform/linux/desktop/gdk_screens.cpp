@@ -19,18 +19,6 @@ bool isAtOrigin(GdkMonitor* monitor) {
   return place.x == 0 && place.y == 0;
 }
 
-/// The main monitor first, the others in GDK's order.
-std::vector<GdkMonitor*> monitors() {
-  GdkDisplay* const display = gdk_display_get_default();
-  const int count = gdk_display_get_n_monitors(display);
-  std::vector<GdkMonitor*> all;
-  all.reserve(static_cast<std::size_t>(count));
-  for (int i = 0; i < count; ++i) all.push_back(gdk_display_get_monitor(display, i));
-  std::stable_partition(all.begin(), all.end(), isAtOrigin);
-  std::stable_partition(all.begin(), all.end(), gdk_monitor_is_primary);
-  return all;
-}
-
 /// A rectangle of GDK's in global display space.
 Rect global(const Rect& inGdk, const Rect& main) {
   return {inGdk.x - main.x, inGdk.y - main.y, inGdk.width, inGdk.height};
@@ -122,6 +110,33 @@ std::vector<Screen> GdkScreens::list() const {
 
 Registration GdkScreens::onChange(std::function<void()> changed) {
   return Registration([listener = std::make_shared<ChangeListener>(std::move(changed))] {});
+}
+
+std::vector<GdkMonitor*> monitors() {
+  GdkDisplay* const display = gdk_display_get_default();
+  const int count = gdk_display_get_n_monitors(display);
+  std::vector<GdkMonitor*> all;
+  all.reserve(static_cast<std::size_t>(count));
+  for (int i = 0; i < count; ++i) all.push_back(gdk_display_get_monitor(display, i));
+  std::stable_partition(all.begin(), all.end(), isAtOrigin);
+  std::stable_partition(all.begin(), all.end(), gdk_monitor_is_primary);
+  return all;
+}
+
+std::vector<Rect> placesOf(const std::vector<GdkMonitor*>& monitors) {
+  std::vector<Rect> places;
+  places.reserve(monitors.size());
+  for (GdkMonitor* monitor : monitors) places.push_back(geometryOf(monitor));
+  return places;
+}
+
+void moveToGlobal(std::vector<WindowDescription>& windows) {
+  const auto all = monitors();
+  if (all.empty()) return;
+  const Rect main = geometryOf(all.front());
+  for (WindowDescription& window : windows) {
+    if (window.bounds) window.bounds = global(*window.bounds, main);
+  }
 }
 
 GdkMonitor* monitorOf(const Screen& screen) {

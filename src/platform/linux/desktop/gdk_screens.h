@@ -6,6 +6,7 @@
 
 #include "platform/linux/desktop/work_areas.h"
 #include "platform/screens.h"
+#include "platform/window_list.h"
 
 namespace tavelle {
 
@@ -21,6 +22,15 @@ class GdkScreens final : public Screens {
  private:
   const WorkAreas& workAreas_;
 };
+
+/// GDK's monitors, the main one first.
+std::vector<GdkMonitor*> monitors();
+
+/// Where these monitors are, in GDK's coordinates.
+std::vector<Rect> placesOf(const std::vector<GdkMonitor*>& monitors);
+
+/// Takes windows whose bounds are in GDK's coordinates into global display space.
+void moveToGlobal(std::vector<WindowDescription>& windows);
 
 /// The monitor at the screen's place; null when there is none there any more.
 GdkMonitor* monitorOf(const Screen& screen);
