@@ -1,0 +1,198 @@
+"""On a Wayland compositor: the wallpaper behind everything, on every output; rest where nobody sees it; the menu."""
+
+import subprocess
+
+import pytest
+from gi.repository import GLib
+from session import TALKING, Tavelle, color_page, wait_until
+from sway import SwayDesktop
+from tray import Watcher
+from virtual_input import DOWN, ESCAPE, RETURN, UP, VirtualInput
+
+BLUE, RED, WHITE, BLACK = (0x20, 0x60, 0xC0), (0xFF, 0, 0), (0xFF, 0xFF, 0xFF), (0, 0, 0)
+BLUE_PAGE = color_page("#2060c0", """<script>say(`${innerWidth}x${innerHeight}`);
+window.wallpaper = {play() { say('play'); }, pause() { say('pause'); }};</script>""")
+
+
+@pytest.fixture(scope="module", name="desktop")
+def fixture_desktop():
+    with SwayDesktop() as desktop:
+        yield desktop
+
+
+@pytest.fixture(name="hands")
+def fixture_hands(desktop):
+    hands = VirtualInput(desktop.environment, (2560, 720))
+    yield hands
+    hands.close()
+
+
+def colors(desktop):
+    """The colour at a place of the screen."""
+    done = subprocess.run(["grim", "-t", "ppm", "-"], env=desktop.environment, stdout=subprocess.PIPE, check=True)
+    size, _, data = done.stdout.removeprefix(b"P6\n").partition(b"\n255\n")
+    width, height = map(int, size.split())
+    assert len(data) == width * height * 3
+    return lambda x, y: tuple(data[(y * width + x) * 3:][:3])
+
+
+def wait_for(desktop, *expected):
+    """Waits for colours at places, each as (x, y, colour)."""
+    def seen():
+        color = colors(desktop)
+        return [color(x, y) for x, y, _ in expected]
+
+    wait_until(lambda: seen() == [color for *_, color in expected], 20, lambda: f"{expected}; there is {seen()}")
+
+
+def windows(desktop):
+    """All windows, by the application's name."""
+    found, trees = {}, [desktop.ask(kind="get_tree")]
+    for tree in trees:
+        trees += tree["nodes"] + tree["floating_nodes"]
+        if tree.get("app_id"):
+            found[tree["app_id"]] = tree
+    return found
+
+
+@pytest.fixture(name="window")
+def fixture_window(desktop):
+    """Opens red windows, and closes them in the end."""
+    opened = []
+
+    def open_window(name):
+        opened.append(desktop.start(["foot", "--app-id", name, "--override", "colors.background=ff0000", "sleep", "600"]))
+        wait_until(lambda: name in windows(desktop), 20, name)
+
+    yield open_window
+    for each in opened:
+        each.terminate()
+        each.wait()
+    wait_until(lambda: not windows(desktop), 20, "the windows to go")
+
+
+def test_wallpaper_lies_below_windows_on_both_outputs(desktop, tavelle, window):
+    tavelle.play(BLUE_PAGE)
+    assert tavelle.found("page: 1280x720")
+    wait_for(desktop, (0, 0, BLUE), (1279, 719, BLUE), (1280, 0, BLUE), (2559, 719, BLUE))
+    desktop.do("focus output HEADLESS-1")
+    window("red")
+    desktop.do('[app_id="red"] floating enable, resize set 400 300, move position 100 100')
+    wait_for(desktop, (90, 90, BLUE), (150, 380, RED), (510, 300, BLUE))
+    assert "Tavelle wallpaper" not in str(windows(desktop))
+    assert "screen 2: 0.0% covered" in tavelle.run("--coverage").stdout
+
+
+def test_rests_where_windows_cover_the_output(desktop, tavelle, window):
+    tavelle.play(BLUE_PAGE)
+    flips = {"covered": [0, 0], "visible": [0, 0]}
+
+    def expect(state, screen):
+        flips[state][screen] += 1
+        tavelle.wait(f"desktop {state} on screen {screen}", count=flips[state][screen])
+
+    # A tile fills its output, a floating window does not, a full-screen one does; none counts on another workspace.
+    desktop.do("focus output HEADLESS-2")
+    window("red")
+    expect("covered", 1)
+    tavelle.wait("page: pause")
+    desktop.do('[app_id="red"] floating enable, resize set 400 300')
+    expect("visible", 1)
+    desktop.do('[app_id="red"] fullscreen enable')
+    expect("covered", 1)
+    desktop.do("workspace elsewhere")
+    expect("visible", 1)
+    desktop.do('[app_id="red"] focus')
+    expect("covered", 1)
+    # Two tiles together cover as much as one.
+    desktop.do('[app_id="red"] fullscreen disable, floating disable, move container to output HEADLESS-1')
+    expect("visible", 1)
+    expect("covered", 0)
+    desktop.do("focus output HEADLESS-1")
+    window("other")
+    assert "screen 1: 100.0% covered by 2 windows -> paused" in tavelle.run("--coverage").stdout
+    desktop.do('[app_id="other"] move scratchpad; [app_id="red"] move scratchpad')
+    expect("visible", 0)
+
+
+def test_outputs_come_and_go(desktop, tmp_path):
+    with SwayDesktop(parent=desktop) as nested:
+        tavelle = Tavelle(nested, tmp_path)
+        try:
+            tavelle.play(BLUE_PAGE)
+            nested.unplug("WL-2")
+            tavelle.wait(r"showing on 1 display\(s\)")
+            wait_for(nested, (0, 0, BLUE), (1279, 719, BLUE))
+            nested.plug()
+            wait_for(nested, (0, 0, BLUE), (639, 719, BLUE), (640, 0, BLUE), (1279, 719, BLUE))
+            # One goes and another comes at once: in the end no screen has changed, but each is another output.
+            nested.unplug("WL-1")
+            nested.plug()
+            wait_for(nested, (0, 0, BLUE), (639, 719, BLUE), (640, 0, BLUE), (1279, 719, BLUE))
+            for output in list(nested.outputs()):
+                nested.unplug(output)
+            tavelle.wait(r"showing on 0 display\(s\)")
+            nested.plug()
+            wait_for(nested, (0, 0, BLUE), (1279, 719, BLUE))
+        finally:
+            assert tavelle.stop() == 0
+            tavelle.bus.close_sync()
+    wait_until(lambda: not windows(desktop), 20, "the nested outputs to go")
+
+
+def test_menu(desktop, tavelle, hands, window):
+    for number in range(12):
+        tavelle.add(f"Wallpaper {number}", TALKING)
+    tavelle.store(wallpaper="Wallpaper 3")
+    desktop.do("focus output HEADLESS-1")
+    window("red")
+    with Watcher(desktop, host=True) as panel:
+        tavelle.start()
+        tavelle.wait("loaded", count=2)
+        wait_until(lambda: panel.items, 20, "the icon")
+
+        def open_menu(x, y):
+            panel.call("Activate", GLib.Variant("(ii)", (x, y)))
+
+        # By keyboard, at the top of the second output: the item before the last but one opens the program at login.
+        open_menu(2500, 10)
+        wait_for(desktop, (2400, 20, WHITE))
+        hands.press(UP, UP, UP, RETURN)
+        tavelle.wait("open at login: true")
+        wait_for(desktop, (2400, 20, BLACK))
+        wait_until(lambda: windows(desktop)["red"]["focused"], 20, "the keyboard to go back")
+        # By pointer, at the lower edge: the list grows upwards.
+        open_menu(1270, 715)
+        wait_for(desktop, (1262, 365, WHITE), (1262, 250, RED))
+        hands.move(1000, 450)
+        hands.click(1100, 477)
+        wait_for(desktop, (1262, 250, WHITE), (1262, 712, WHITE))
+        hands.move(1002, 280)
+        hands.click(1000, 282)
+        tavelle.wait("showing Wallpaper 0")
+        wait_for(desktop, (1262, 712, RED))
+        # Let go of without a choice: by key, and by a click elsewhere.
+        for let_go in (lambda: hands.press(DOWN, ESCAPE), lambda: hands.click(2000, 600)):
+            open_menu(1270, 10)
+            wait_for(desktop, (1262, 20, WHITE))
+            let_go()
+            wait_for(desktop, (1262, 20, RED))
+
+
+def test_guide_is_a_window_and_the_picture_is_not_there(desktop, tavelle):
+    (tavelle.add("Other", BLUE_PAGE) / "still.jpg").write_bytes(b"a picture")
+    tavelle.play(BLUE_PAGE)
+    tavelle.act("how-to-use")
+    wait_until(lambda: any("How to Use" in each["name"] for each in windows(desktop).values()), 30, "the guide")
+    tavelle.show("Other")
+    tavelle.wait("showing Other")
+    refused = tavelle.found("couldn't set the System Settings wallpaper: this Wayland desktop has no picture")
+    assert len(refused) == 2
+
+
+@pytest.mark.parametrize("environment, said", [
+    ({"GDK_BACKEND": "x11"}, "couldn't connect to a Wayland or X11 display"),
+    ({"WAYLAND_DISPLAY": "none"}, "couldn't connect to an X11 display")])
+def test_says_why_there_is_no_display(tavelle, environment, said):
+    done = tavelle.run(**environment)
+    assert (done.returncode, done.stderr) == (1, f"tavelle: {said}\n")
