@@ -154,7 +154,7 @@ int runMode(Mode mode, const std::vector<std::string>& arguments) {
   return 1;
 }
 
-int runApplication() {
+int runApplication(const std::vector<std::string>& arguments) {
   const auto desktop = openDesktop();
   if (!desktop) {
     std::cerr << "tavelle: " << desktop.error().description << '\n';
@@ -166,7 +166,7 @@ int runApplication() {
   static_cast<void>(platform.files.createFolders(platform.home / "Library/Logs"));
   Controller controller(platform);
   offerCommands(platform, controller);
-  return platform.application.run(controller);
+  return platform.application.run(controller, arguments);
 }
 
 }  // namespace
@@ -174,5 +174,5 @@ int runApplication() {
 int main(int count, char** values) {
   const std::vector<std::string> arguments(values + 1, values + count);
   const auto mode = commandLineMode(arguments);
-  return mode ? runMode(*mode, arguments) : runApplication();
+  return mode ? runMode(*mode, arguments) : runApplication(arguments);
 }

@@ -49,7 +49,7 @@ int runAgent(DisplayServer& server) {
                        agent.pictureWasSet(announcement.substr(0, space), announcement.substr(space + 1));
                      })});
   AgentStarter starter(agent);
-  return application.run(starter);
+  return application.run(starter, {});
 }
 
 }  // namespace

@@ -50,7 +50,7 @@ struct FakeOpenPanels final : OpenPanels {
 };
 
 struct FakeApplication final : Application {
-  int run(ApplicationDelegate& delegate) override {
+  int run(ApplicationDelegate& delegate, const std::vector<std::string>& /*arguments*/) override {
     delegate.applicationDidFinishLaunching();
     return 0;
   }

@@ -47,7 +47,7 @@ class NoDesktop final : public DesktopServices,
  private:
   std::optional<std::size_t> run(const Alert& /*alert*/) override { return std::nullopt; }
   std::vector<std::filesystem::path> run(const OpenPanel& /*panel*/) override { return {}; }
-  int run(ApplicationDelegate& /*delegate*/) override { return 1; }
+  int run(ApplicationDelegate& /*delegate*/, const std::vector<std::string>& /*arguments*/) override { return 1; }
   void terminate() override {}
   void offer(Command /*command*/) override {}
   Result<void> set(const std::filesystem::path& /*image*/, const Screen& /*screen*/) override {

@@ -15,12 +15,15 @@ class GtkApplication final : public Application {
   explicit GtkApplication(
       const char* id, std::function<void()> onTerminate = [] {});
 
-  int run(ApplicationDelegate& delegate) override;
+  int run(ApplicationDelegate& delegate, const std::vector<std::string>& arguments) override;
   void terminate() override;
   void offer(Command command) override;
 
  private:
   void activate(ApplicationDelegate& delegate);
+  void launch();
+  void later(const std::function<void()>& perform);
+  void awaitActivation();
 
   Glib::RefPtr<Gtk::Application> application_;
   const std::function<void()> onTerminate_;
