@@ -45,8 +45,7 @@ gboolean readCommand(int /*descriptor*/, GIOCondition /*condition*/, gpointer da
 int main(int count, char** arguments) {
   gtk_init(&count, &arguments);
   Gtk::Main::init_gtkmm_internals();
-  const auto resources = tavelle::resourceFolder();
-  Probe probe{std::make_unique<tavelle::TrayIcon>(*resources / "icons", printClick)};
+  Probe probe{std::make_unique<tavelle::TrayIcon>(tavelle::iconFolder(), printClick)};
   g_unix_fd_add(0, static_cast<GIOCondition>(G_IO_IN | G_IO_HUP), readCommand, &probe);
   gtk_main();
   return 0;

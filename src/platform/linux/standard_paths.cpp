@@ -13,6 +13,11 @@ namespace fs = std::filesystem;
 /// The folder above the one that holds the executable.
 fs::path prefix() { return executableFile().parent_path().parent_path(); }
 
+std::optional<fs::path> ifThere(const fs::path& folder) {
+  std::error_code code;
+  return fs::is_directory(folder, code) ? std::optional(folder) : std::nullopt;
+}
+
 }  // namespace
 
 fs::path homeFolder() {
@@ -41,11 +46,9 @@ fs::path executableFile() {
   return name.ends_with(mark) && !fs::exists(file, code) ? fs::path(name.substr(0, name.size() - mark.size())) : file;
 }
 
-std::optional<fs::path> resourceFolder() {
-  const fs::path folder = prefix() / "share/tavelle";
-  std::error_code code;
-  return fs::is_directory(folder, code) ? std::optional(folder) : std::nullopt;
-}
+std::optional<fs::path> resourceFolder() { return ifThere(prefix() / "share/tavelle"); }
+
+std::optional<fs::path> iconFolder() { return ifThere(prefix() / "share/icons"); }
 
 fs::path privateLibraryFolder() { return prefix() / "lib/tavelle"; }
 

@@ -25,6 +25,9 @@ std::filesystem::path executableFile();
 /// "<prefix>/share/tavelle" for an executable in "<prefix>/bin"; none when it does not exist.
 std::optional<std::filesystem::path> resourceFolder();
 
+/// The folder of icon themes that the program's own icons are in: "<prefix>/share/icons"; none when it does not exist.
+std::optional<std::filesystem::path> iconFolder();
+
 /// "<prefix>/lib/tavelle", where the parts of the program lie that are loaded when they are needed.
 std::filesystem::path privateLibraryFolder();
 

@@ -55,8 +55,7 @@ class GtkStatusItem final : public StatusItem {
 
 }  // namespace
 
-GtkStatusItems::GtkStatusItems(const std::optional<std::filesystem::path>& resources)
-    : icons_(resources ? std::optional(*resources / "icons") : std::nullopt) {
+GtkStatusItems::GtkStatusItems(std::optional<std::filesystem::path> icons) : icons_(std::move(icons)) {
   installMenuStyle();
 }
 

@@ -10,8 +10,8 @@ namespace tavelle {
 /// Icons in the panel with GTK menus.
 class GtkStatusItems final : public StatusItems {
  public:
-  /// `resources` is the folder of the files that come with the program, its icons among them.
-  explicit GtkStatusItems(const std::optional<std::filesystem::path>& resources);
+  /// `icons` is a folder of icon themes that holds the program's own icons.
+  explicit GtkStatusItems(std::optional<std::filesystem::path> icons);
 
   std::unique_ptr<StatusItem> make(std::function<void(MenuItems&)> menuNeedsUpdate) override;
 

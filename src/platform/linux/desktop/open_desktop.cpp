@@ -55,7 +55,7 @@ class GtkDesktopServices final : public DesktopServices {
   std::unique_ptr<GtkApplication> application_;
   GtkAlerts alerts_;
   GtkOpenPanels openPanels_;
-  GtkStatusItems statusItems_{resourceFolder()};
+  GtkStatusItems statusItems_{iconFolder()};
   LinuxWorkspace workspace_{*server_};
   AnnouncedPicture desktopPicture_{server_->picture()};
   GtkGuideWindows guideWindows_;

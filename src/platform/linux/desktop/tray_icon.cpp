@@ -1,9 +1,12 @@
 #include "platform/linux/desktop/tray_icon.h"
 
 #include <glibmm/main.h>
+#include <glibmm/ustring.h>
 #include <gtkmm/icontheme.h>
 
+#include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "platform/linux/desktop/layer_shell.h"
 
@@ -13,13 +16,21 @@ namespace {
 /// How long a panel that starts, or starts again, has to take the icon over the bus before the other way is tried.
 constexpr unsigned patience = 2000;  // ms
 
+/// Once installed, the icons are where the toolkit looks anyway.
+void makeKnown(const std::filesystem::path& icons) {
+  const auto theme = Gtk::IconTheme::get_default();
+  const std::vector<Glib::ustring> known = theme->get_search_path();
+  if (std::find(known.begin(), known.end(), Glib::ustring(icons.native())) == known.end())
+    theme->append_search_path(icons.native());
+}
+
 }  // namespace
 
 TrayIcon::TrayIcon(const std::optional<std::filesystem::path>& icons, Clicked clicked)
     : clicked_(std::move(clicked)),
       item_(
           icons.value_or(""), [this](int x, int y) { clickedOnBus(x, y); }, [this](bool shown) { shownOnBus(shown); }) {
-  if (icons) Gtk::IconTheme::get_default()->append_search_path(icons->native());
+  if (icons) makeKnown(*icons);
   shownOnBus(false);
 }
 
