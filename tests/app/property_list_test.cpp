@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "desktop_picture/store_fuzz.h"
 #include "desktop_picture/store_values.h"
 #include "fakes/temporary_folder.h"
 

@@ -1,111 +1,63 @@
 #include "desktop_picture/store_fuzz.h"
 
 #include <algorithm>
+#include <array>
 
+#include "desktop_picture/store_values.h"
 #include "desktop_picture/wallpaper_store.h"
 #include "fakes/fake_desktop.h"
 #include "fakes/fake_files.h"
 
 namespace tavelle {
 
-std::string bigEndian(std::uint64_t value, int bytes) {
-  std::string result;
-  for (int shift = 8 * (bytes - 1); shift >= 0; shift -= 8) result += static_cast<char>(value >> shift);
-  return result;
+std::string DamagedStores::entry() {
+  static const std::array<std::string, 6> entries{
+      entryShowing("file:///still.jpg"),
+      entryShowing("file:///grün.jpg",
+                   "<key>größe</key><array><date>2001-01-01T00:00:00Z</date><real>0.5</real></array>"),
+      "<dict><key>Type</key><string>linked</string><key>Linked</key><dict><key>a</key><true/></dict></dict>",
+      "<dict><key>Desktop</key><dict><key>Content</key><data>AAEC</data></dict></dict>",
+      "<dict><key>Displays</key><dict/></dict>",
+      "<integer>18446744073709551615</integer>"};
+  return entries[below(entries.size())];
 }
 
-std::string binaryTable(const std::vector<std::string>& objects) {
-  std::string bytes = "bplist00";
-  std::string offsets;
-  for (const auto& object : objects) {
-    offsets += bigEndian(bytes.size(), 4);
-    bytes += object;
+std::string DamagedStores::sound() {
+  std::string items = "<key>SystemDefault</key>" + entry() + "<key>AllSpacesAndDisplays</key>" + entry() +
+                      "<key>Displays</key><dict><key>main</key>" + entry() + "</dict><key>Spaces</key><dict>";
+  for (std::size_t i = below(3); i > 0; --i) {
+    items += "<key>é" + std::to_string(i) + "</key><dict><key>Default</key>" + entry() + "</dict>";
   }
-  return bytes + offsets + std::string(6, '\0') + "\4\2" + bigEndian(objects.size(), 8) + bigEndian(0, 8) +
-         bigEndian(bytes.size(), 8);
-}
-
-std::string DamagedStores::sound() { return maker_.bytes(maker_.store()); }
-
-std::string DamagedStores::noise(int length) {
-  std::string bytes;
-  while (length-- > 0) bytes += static_cast<char>(maker_.below(256));
-  return bytes;
-}
-
-std::string DamagedStores::table() {
-  static const std::vector<std::string> keys{"Spaces",  "Displays", "Default", "Desktop",
-                                             "Content", "Choices",  "Type",    "linked"};
-  const int count = 2 + maker_.below(30);
-  // Mostly to objects that come later, so that not every table runs in circles; sometimes to none at all.
-  const auto reference = [&](int from) {
-    const int later = from + 1 + maker_.below(std::max(1, count - from - 1));
-    return bigEndian(static_cast<std::uint64_t>(maker_.chance(98) ? later : maker_.below(count + 2)), 2);
-  };
-  std::vector<std::string> objects;
-  for (int i = 0; i < count; ++i) {
-    const int size = maker_.below(6);
-    std::string object;
-    const int kind = i == 0 ? 0xD : maker_.below(i < 8 ? 16 : 24);
-    if (kind == 0xA || kind == 0xC || kind == 0xD) {
-      object = static_cast<char>(kind << 4 | size);
-      const auto key = [&] { return bigEndian(static_cast<std::uint64_t>(count + maker_.below(8)), 2); };
-      for (int k = 0; kind == 0xD && k < size; ++k) object += maker_.chance(98) ? key() : reference(i);
-      for (int k = 0; k < size; ++k) object += reference(i);
-    } else if (kind < 16) {
-      object = static_cast<char>(kind << 4 | maker_.below(16)) + noise(maker_.below(20));
-    } else {
-      object = static_cast<char>(0x50 | size) + std::string("individual").substr(0, static_cast<std::size_t>(size));
-    }
-    objects.push_back(std::move(object));
-  }
-  for (const auto& key : keys) objects.push_back(static_cast<char>(0x50 | key.size()) + key);
-  return binaryTable(objects);
+  const std::string store = dict(items + "</dict>");
+  return below(3) == 0 ? store : binaryPlist(parsedPlist(store).get()).value();
 }
 
 void DamagedStores::damage(std::string& bytes) {
-  const auto place = [&] { return static_cast<std::size_t>(maker_.below(static_cast<int>(bytes.size()))); };
   if (bytes.empty()) return;
-  const std::size_t at = place();
-  const std::size_t length = static_cast<std::size_t>(maker_.below(40));
-  switch (maker_.below(8)) {
+  const std::size_t at = below(bytes.size());
+  const std::size_t length = below(40);
+  switch (below(5)) {
     case 0:
-      bytes[at] = static_cast<char>(bytes[at] ^ 1 << maker_.below(8));
+      bytes[at] = static_cast<char>(bytes[at] ^ 1 << below(8));
       break;
     case 1:
-      bytes[at] = static_cast<char>(maker_.below(256));
-      break;
-    case 2:
       bytes.resize(at);
       break;
-    case 3:
+    case 2:
       bytes.erase(at, length);
       break;
-    case 4:
-      bytes.insert(at, bytes.substr(place(), length));
-      break;
-    case 5: {
-      const auto& donor = seen_[static_cast<std::size_t>(maker_.below(static_cast<int>(seen_.size())))];
-      bytes.replace(at, length, donor, at % donor.size(), length);
-      break;
-    }
-    case 6:
-      bytes.insert(at, noise(static_cast<int>(length)));
+    case 3:
+      bytes.insert(at, bytes.substr(below(bytes.size()), length));
       break;
     default:
       // The trailer of a binary list, and the table in front of it, are small and decide most.
-      bytes[bytes.size() - 1 - at % std::min<std::size_t>(bytes.size(), 48)] = static_cast<char>(maker_.below(256));
+      bytes[bytes.size() - 1 - at % std::min<std::size_t>(bytes.size(), 48)] = static_cast<char>(below(256));
   }
 }
 
 std::string DamagedStores::next() {
-  std::string bytes = maker_.chance(30) ? table() : maker_.chance(3) ? noise(maker_.below(200)) : sound();
-  if (!bytes.empty()) {
-    seen_.resize(std::min<std::size_t>(seen_.size() + 1, 64));
-    seen_[static_cast<std::size_t>(maker_.below(static_cast<int>(seen_.size())))] = bytes;
-    std::erase(seen_, "");
-  }
-  for (int i = maker_.below(3); i > 0; --i) damage(bytes);
+  std::string bytes = sound();
+  for (std::size_t i = below(3); i > 0; --i) damage(bytes);
   return bytes;
 }
 

@@ -1,35 +1,24 @@
 #pragma once
 
-#include <cstdint>
+#include <random>
 #include <string>
-#include <vector>
-
-#include "desktop_picture/store_values.h"
 
 namespace tavelle {
 
-/// A number as binary lists hold it, its highest byte first.
-std::string bigEndian(std::uint64_t value, int bytes);
-
-/// A binary list of these objects, the first of which is its root. References take two bytes.
-std::string binaryTable(const std::vector<std::string>& objects);
-
-/// Makes up damaged stores: sound ones with bytes flipped, cut out, doubled or taken from another, tables of objects
-/// thrown together, and plain noise.
+/// Makes up stores, as XML and binary, and damages most: bytes flipped, cut out or doubled, the end cut off.
 class DamagedStores {
  public:
-  explicit DamagedStores(unsigned seed) : maker_(seed, "file:///still.jpg") {}
+  explicit DamagedStores(unsigned seed) : random_(seed) {}
 
   std::string next();
 
  private:
+  std::size_t below(std::size_t end) { return random_() % end; }
+  std::string entry();
   std::string sound();
-  std::string noise(int length);
-  std::string table();
   void damage(std::string& bytes);
 
-  StoreMaker maker_;
-  std::vector<std::string> seen_;
+  std::mt19937 random_;
 };
 
 /// What came of a sync.
