@@ -48,6 +48,12 @@ def lives(pid):
     return proc(pid, "stat").rpartition(")")[2][:2] not in ("", " Z")
 
 
+def connect(address):
+    """A connection to a bus of the test's own, to be closed by it."""
+    flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
+    return Gio.DBusConnection.new_for_address_sync(address, flags, None, None)
+
+
 class XView:
     """What is on the X server."""
 
@@ -103,12 +109,15 @@ class XView:
                 xtest.fake_input(self.display, happening, code)
         self.display.sync()
 
-    def point(self, place, *buttons):
-        """Moves the pointer, then presses or releases its first button."""
+    def point(self, place, *happenings, button=1):
+        """Moves the pointer, then presses or releases a button."""
         xtest.fake_input(self.display, X.MotionNotify, x=place[0], y=place[1])
-        for happening in buttons:
-            xtest.fake_input(self.display, happening, 1)
+        for happening in happenings:
+            xtest.fake_input(self.display, happening, button)
         self.display.sync()
+
+    def click(self, place, button=1):
+        self.point(place, X.ButtonPress, X.ButtonRelease, button=button)
 
     def place(self, window):
         size = window.get_geometry()
@@ -166,9 +175,7 @@ class Tavelle:
         self.environment = desktop.environment | {"HOME": str(home)}
         self.process = None
         self.program = BINARY
-        self.bus = Gio.DBusConnection.new_for_address_sync(
-            desktop.environment["DBUS_SESSION_BUS_ADDRESS"],
-            Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
+        self.bus = connect(desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
 
     def add(self, name, page):
         folder = self.library / name
