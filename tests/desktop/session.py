@@ -81,12 +81,12 @@ class XView:
             except error.BadWindow:
                 pass
 
-    def named(self, name, in_sight=True):
+    def named(self, name, in_sight=True, wider_than=0):
         """The windows of that title."""
         found = []
         for window in self.windows():
             try:
-                if window.get_wm_name() == name and (
+                if window.get_wm_name() == name and window.get_geometry().width > wider_than and (
                         not in_sight or window.get_attributes().map_state == X.IsViewable):
                     found.append(window)
             except (error.BadWindow, error.BadDrawable):
