@@ -59,7 +59,7 @@ class Guide:
         wait_until(lambda: is_on() == on, 20, f"the switch to be {'on' if on else 'off'}")
 
     def click(self, place):
-        self.view.point(self.at(place), X.ButtonPress, X.ButtonRelease)
+        self.view.click(self.at(place))
 
     def turn_to(self, number):
         for _ in range(number):
@@ -77,15 +77,14 @@ def start(tavelle):
     tavelle.play(color_page("#204060"))
 
 
-def start_with_own_page(tavelle, page=None):
-    """Starts a copy of the program that has this page, or none, in place of the tutorial, and opens it."""
+def start_with_own_page(tavelle, page):
+    """Starts a copy of the program that has this page in place of the tutorial, and opens it."""
     copy = tavelle.home / "copy"
     (copy / "bin").mkdir(parents=True)
     (copy / "share/tavelle").mkdir(parents=True)
     shutil.copy(BINARY, copy / "bin")
     (copy / "lib").symlink_to(BINARY.parents[1] / "lib")
-    if page:
-        (copy / "share/tavelle/tutorial.html").write_text(page)
+    (copy / "share/tavelle/tutorial.html").write_text(page)
     tavelle.program = copy / "bin/tavelle"
     start(tavelle)
     tavelle.act("how-to-use")
@@ -106,10 +105,7 @@ def open_with(tavelle, kind):
 def test_opens_by_itself_at_the_first_launch_only(tavelle, guide, view):
     tavelle.settings_file.parent.mkdir(parents=True)
     tavelle.start()
-    tavelle.wait("launched")
-    launched = time.monotonic()
     guide.open()
-    assert time.monotonic() - launched > 0.6
     assert tavelle.stored()["guideShown"] is True
     tavelle.stop()
     tavelle.start()
@@ -122,7 +118,8 @@ def test_a_second_start_shows_it_again_from_the_beginning(tavelle, guide, view, 
     start(tavelle)
     assert tavelle.run().returncode == 0
     window = guide.open()
-    assert view.place(window)[0] == (1280 - view.place(window)[2]) // 2
+    x, _, width, _ = view.place(window)
+    assert x == (1280 - width) // 2
     first_page = guide.heading()
     guide.turn_to(1)
     other = windows.open(200, 100, 800, 500)
@@ -146,7 +143,7 @@ def test_its_buttons_and_switch_do_what_they_say(tavelle, guide, view):
     wait_until(lambda: opened.exists() and opened.read_text() == f"{tavelle.library}\n", 20, "the folder")
     guide.turn_to(1)
     guide.click(MENU)
-    wait_until(lambda: [each for each in view.named("Tavelle") if view.place(each)[2] > 100], 20, "the menu")
+    wait_until(lambda: view.named("Tavelle", wider_than=100), 20, "the menu")
     view.press(XK.XK_Escape)
     wait_until(lambda: not view.named("Tavelle"), 20, "the menu to close")
     guide.turn_to(2)
@@ -166,52 +163,43 @@ def test_its_buttons_and_switch_do_what_they_say(tavelle, guide, view):
     guide.wait_until_closed()
 
 
-@pytest.mark.parametrize("close", ["button", "escape", "control", "manager"])
-def test_closed_it_is_gone_with_its_page_and_comes_back_afresh(tavelle, guide, view, close):
+def test_closed_it_is_gone_with_its_page_and_comes_back_afresh(tavelle, guide, view):
     start(tavelle)
     others = set(tavelle.page_processes())
-    tavelle.act("how-to-use")
-    window = guide.open()
-    first_page = guide.heading()
-    first_process = set(tavelle.page_processes()) - others
-    guide.turn_to(1)
-    if close == "button":
-        guide.click(CLOSE)
-    elif close == "escape":
-        view.press(XK.XK_Escape)
-    elif close == "manager":
-        view.ask_manager("_NET_CLOSE_WINDOW", window)
-    else:
+    first_page, before = None, others
+    for close in (lambda _: guide.click(CLOSE), lambda _: view.press(XK.XK_Escape),
+                  lambda _: view.press(XK.XK_Control_L, XK.XK_w),
+                  lambda window: view.ask_manager("_NET_CLOSE_WINDOW", window)):
+        tavelle.act("how-to-use")
+        window = guide.open()
+        first_page = first_page or guide.heading()
+        assert guide.heading() == first_page
+        own = set(tavelle.page_processes()) - others
+        assert len(own) == 1 and not own & before
+        before = own
         for keys in [(XK.XK_Control_L, XK.XK_Shift_L, XK.XK_w), (XK.XK_w,), (XK.XK_Alt_L, XK.XK_w)]:
             view.press(*keys)
-        guide.click(NEXT)
-        guide.heading()
-        view.press(XK.XK_Control_L, XK.XK_w)
-    guide.wait_until_closed()
-    wait_until(lambda: set(tavelle.page_processes()) == others, 20, "the page's process to go")
-    tavelle.act("how-to-use")
-    guide.open()
-    assert guide.heading() == first_page
-    assert len(set(tavelle.page_processes()) - others - first_process) == 1
+        guide.turn_to(1)
+        close(window)
+        guide.wait_until_closed()
+        wait_until(lambda: set(tavelle.page_processes()) == others, 20, "the page's process to go")
 
 
-@pytest.mark.parametrize("place", [STRIP, BACKGROUND])
-def test_is_dragged_by_the_strip_and_the_background(tavelle, guide, view, place):
+def test_is_dragged_by_the_strip_and_the_background_but_not_by_a_button(tavelle, guide, view):
     start(tavelle)
     tavelle.act("how-to-use")
     guide.open()
-    x, y = guide.at((0, 0))
-    # By a button it is not.
-    for held in (place, NEXT):
-        fromX, fromY = guide.at(held)
-        view.point((fromX, fromY), X.ButtonPress)
-        for step in (1, 2, 3, 4, 5, 6):
+    for held, step, moves in ((STRIP, 10, 1), (BACKGROUND, -10, 1), (NEXT, 10, 0)):
+        (x, y), (from_x, from_y) = guide.at((0, 0)), guide.at(held)
+        view.point((from_x, from_y), X.ButtonPress)
+        for count in (1, 2, 3, 4, 5, 6):
             time.sleep(0.05)  # a hand's speed
-            view.point((fromX + 10 * step, fromY + 40 * step // 6))
-        wait_until(lambda: guide.at((0, 0)) == (x + 60, y + 40), 20, "the window to be where it was dragged to")
-        view.point((fromX + 60, fromY + 40), X.ButtonRelease)
+            view.point((from_x + step * count, from_y + step * count // 2))
+        there = x + 6 * step * moves, y + 3 * step * moves
+        wait_until(lambda: guide.at((0, 0)) == there, 20, "the window to be where it was dragged to")
+        view.point((from_x + 6 * step, from_y + 3 * step), X.ButtonRelease)
         guide.heading()
-    assert guide.at((0, 0)) == (x + 60, y + 40)
+    assert guide.at((0, 0)) == there
 
 
 def test_a_page_that_never_finishes_loading_is_shown_all_the_same(tavelle, guide, view):
@@ -222,12 +210,6 @@ def test_a_page_that_never_finishes_loading_is_shown_all_the_same(tavelle, guide
     # Not the page, which is busy, but the window answers.
     guide.click(CLOSE)
     guide.wait_until_closed()
-
-
-def test_a_missing_page_is_one_line_in_the_log(tavelle, view):
-    start_with_own_page(tavelle)
-    tavelle.wait("tutorial.html is missing from the app bundle$")
-    assert not view.named(TITLE)
 
 
 def test_the_page_cannot_be_left_and_links_open_in_the_browser(tavelle, guide, view):

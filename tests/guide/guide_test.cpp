@@ -119,6 +119,13 @@ TEST_F(GuideTest, APageThatCrashesIsLoadedAgainOnce) {
   EXPECT_EQ(opened(), 3U);
 }
 
+TEST_F(GuideTest, WithoutItsPageItStaysClosed) {
+  platform.files.remove("/share/tutorial.html");
+  controller.showGuide();
+  EXPECT_EQ(opened(), 0U);
+  EXPECT_EQ(platform.log(), Lines{"tutorial.html is missing from the app bundle"});
+}
+
 TEST_F(GuideTest, OpensByItselfAtTheFirstLaunchOnly) {
   platform.defaults.remove("guideShown");
   controller.applicationDidFinishLaunching();
