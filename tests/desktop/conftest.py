@@ -2,6 +2,7 @@
 
 import pytest
 from session import Tavelle, VirtualDesktop, XView
+from tray import Panel
 from windows import Windows
 
 
@@ -32,6 +33,13 @@ def fixture_windows(view):
     view.ask_manager("_NET_SHOWING_DESKTOP", view.root, 0)
     view.ask_manager("_NET_CURRENT_DESKTOP", view.root, 0)
     opened.close()
+
+
+@pytest.fixture(name="panel")
+def fixture_panel(desktop, tmp_path):
+    panel = Panel(desktop, tmp_path / "panel home")
+    yield panel
+    panel.close()
 
 
 @pytest.fixture(name="tavelle")

@@ -5,6 +5,7 @@ import threading
 
 import gi
 from gi.repository import Gio, GLib
+from session import connect
 
 gi.require_version("JavaScriptCore", "4.1")
 from gi.repository import JavaScriptCore  # noqa: E402
@@ -65,8 +66,7 @@ class PlasmaShell:
 
     def _serve(self, address, started):
         self._context.push_thread_default()
-        self._bus = Gio.DBusConnection.new_for_address_sync(
-            address, Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION)
+        self._bus = connect(address)
         self._bus.register_object("/PlasmaShell", INTERFACE, self._called, None, None)
         self._bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
                             GLib.Variant("(su)", ("org.kde.plasmashell", 0)), None, Gio.DBusCallFlags.NONE, -1)

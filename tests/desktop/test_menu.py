@@ -4,8 +4,8 @@ import subprocess
 import sys
 
 import pytest
-from session import PATIENCE, TALKING, X, wait_until
-from tray import Panel, click, in_sight
+from session import BINARY, PATIENCE, TALKING, X, wait_until
+from tray import in_sight
 from Xlib import XK
 
 ROW = 22
@@ -30,7 +30,7 @@ class Menu:
 
     def windows(self):
         """The menu's window, and those of its submenus."""
-        return [each for each in self.view.named("Tavelle") if self.view.place(each)[2] > 100]
+        return self.view.named("Tavelle", wider_than=100)
 
     def open(self):
         self.tavelle.act("menu")
@@ -61,13 +61,6 @@ def fixture_menu(tavelle, view):
     return Menu(tavelle, view)
 
 
-@pytest.fixture(name="panel")
-def fixture_panel(desktop, tmp_path):
-    panel = Panel(desktop, tmp_path / "panel home")
-    yield panel
-    panel.close()
-
-
 def start(tavelle, current="Wallpaper 9", **environment):
     for name in NAMES:
         tavelle.add(name, TALKING)
@@ -84,24 +77,24 @@ def row_at(place, index):
 def test_a_click_in_the_panel_opens_it_and_a_click_chooses(panel, tavelle, menu, view):
     start(tavelle)
     x, y, width, height = wait_until(lambda: in_sight(view), PATIENCE, "the icon")
-    click(view, x + width // 2, y + height // 2, 1)
+    view.click((x + width // 2, y + height // 2))
     place = menu.wait_until_open()
     assert place[1] <= 40 and place[0] <= x + width
     # A press that ends elsewhere chooses nothing; neither does a click on the row that makes all appear.
     view.point(row_at(place, 2), X.ButtonPress)
     view.point(row_at(place, 1))
     view.point(row_at(place, 4), X.ButtonRelease)
-    view.point(row_at(place, 4), X.ButtonPress, X.ButtonRelease)
+    view.click(row_at(place, 4))
     wait_until(lambda: menu.wait_until_open()[3] == place[3] + 187 - 3 * ROW, 20, "all wallpapers")
     # In sight are those around the one that plays. Back to the top with the wheel, and the second one.
     for _ in range(10):
-        click(view, *row_at(place, 3), 4)
-    view.point(row_at(place, 2), X.ButtonPress, X.ButtonRelease)
+        view.click(row_at(place, 3), button=4)
+    view.click(row_at(place, 2))
     tavelle.wait("showing Wallpaper 2")
     menu.wait_until_closed()
     assert len(tavelle.found("showing Wallpaper")) == 1
     # And once more, now that it has been open.
-    click(view, x + width // 2, y + height // 2, 1)
+    view.click((x + width // 2, y + height // 2))
     menu.wait_until_open()
     view.press(XK.XK_Escape)
     menu.wait_until_closed()
@@ -118,9 +111,13 @@ def test_every_command_does_its_work(tavelle, menu, view):
     menu.choose("Resolution", 2)
     tavelle.wait("frame rate 30 FPS, resolution 50%")
     assert (tavelle.stored()["fps"], tavelle.stored()["resolutionScale"]) == (30, 0.5)
-    for on in ("true", "false"):
-        menu.choose("Open at Login")
-        tavelle.wait(f"open at login: {on}")
+    entry = tavelle.home / ".config/autostart/tavelle.desktop"
+    menu.choose("Open at Login")
+    tavelle.wait("open at login: true")
+    assert f'\nExec="{BINARY}"\n' in entry.read_text()
+    menu.choose("Open at Login")
+    tavelle.wait("open at login: false")
+    assert not entry.exists()
     menu.choose("Add Wallpaper…")
     view.wait_for_focus("Add Wallpaper")
     view.press(XK.XK_Escape)

@@ -1,9 +1,7 @@
 """The still picture on desktops that have a service for it: Xfce's settings, Plasma's shell."""
 
-import configparser
 import os
 import pathlib
-import subprocess
 import time
 import urllib.parse
 
@@ -11,12 +9,10 @@ import pytest
 from gi.repository import GLib
 from plasma_stand_in import PlasmaShell
 from session import PICTURE_PROBE, end, wait_until
-from Xlib import X
-from Xlib.protocol import event
+from tray import start_xfconf
 
 XFCE = {"XDG_CURRENT_DESKTOP": "XFCE"}
 PLASMA = {"XDG_CURRENT_DESKTOP": "KDE"}
-XFCONF_SERVICE = "/usr/share/dbus-1/services/org.xfce.Xfconf.service"
 LOCKED = """<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfce4-desktop" version="1.0" unlocked="nobody"><property name="backdrop" type="empty">
 <property name="screen0" type="empty"><property name="monitorDUMMY0" type="empty">
@@ -46,11 +42,8 @@ class Xfconf:
     """Xfce's settings service, with settings of its own."""
 
     def __init__(self, tavelle, system):
-        service = configparser.RawConfigParser()
-        service.read(XFCONF_SERVICE)
         folders = {"XDG_CONFIG_HOME": str(tavelle.home / ".config"), "XDG_CONFIG_DIRS": str(system)}
-        self.process = subprocess.Popen(service["D-BUS Service"]["Exec"].split(), env=tavelle.environment | folders,
-                                        stdin=subprocess.DEVNULL)
+        self.process = start_xfconf(tavelle.environment | folders)
         self.bus = tavelle.bus
         wait_until(lambda: tavelle.ask_bus("NameHasOwner", "(s)", "org.xfce.Xfconf")[0], 30, "the settings service")
 
@@ -79,14 +72,6 @@ def fixture_xfconf(tavelle, system):
     end(xfconf.process)
 
 
-def go_to_workspace(view, number):
-    atom = view.atom("_NET_CURRENT_DESKTOP")
-    message = event.ClientMessage(window=view.root, client_type=atom, data=(32, [number, 0, 0, 0, 0]))
-    view.root.send_event(message, event_mask=X.SubstructureRedirectMask | X.SubstructureNotifyMask)
-    view.display.sync()
-    wait_until(lambda: view.property(view.root, "_NET_CURRENT_DESKTOP") == [number], 10, "the workspace")
-
-
 def test_xfce_shows_it_on_every_monitor_and_workspace(tavelle, view, xfconf, image):
     kept = {"/backdrop/screen0/monitorDUMMY1/workspace9/color-style": ("i", 2),
             "/backdrop/screen0/monitorDUMMY10/workspace0/last-image": ("s", "/other monitor.png"),
@@ -108,11 +93,11 @@ def test_xfce_shows_it_on_every_monitor_and_workspace(tavelle, view, xfconf, ima
     assert xfconf.all() == expected
 
 
-def test_xfce_tells_the_picture_in_sight(tavelle, view, xfconf, image):
+def test_xfce_tells_the_picture_in_sight(tavelle, windows, xfconf, image):
     names = tavelle.pictures("DUMMY1", image, **XFCE)
     assert names["DUMMY0"] is None and names["DUMMY1"]
     base = "/backdrop/screen0/monitorDUMMY1"
-    go_to_workspace(view, 2)
+    windows.go_to(2)
     seen = [names["DUMMY1"]]
     for name, kind, value, changes in (
             (f"{base}/workspace2/last-image", "s", "/another.png", False),
@@ -124,7 +109,6 @@ def test_xfce_tells_the_picture_in_sight(tavelle, view, xfconf, image):
         assert (shown != seen[-1], shown is None) == (changes, False), name
         seen.append(shown)
     assert tavelle.pictures("DUMMY1", image, **XFCE) == names
-    go_to_workspace(view, 0)
 
 
 def failures(tavelle, image, **environment):

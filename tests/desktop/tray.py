@@ -6,8 +6,7 @@ import subprocess
 import threading
 
 from gi.repository import Gio, GLib
-from session import BINARY, PATIENCE, X, end, error, wait_until
-from Xlib.ext import xtest
+from session import BINARY, PATIENCE, X, connect, end, error, wait_until
 
 PROBE = BINARY.parent.parent / "tests/tray_icon_probe"
 XFCONF_SERVICE = "/usr/share/dbus-1/services/org.xfce.Xfconf.service"
@@ -19,7 +18,7 @@ WATCHER_XML = f"""<node><interface name="{WATCHER}">
 SETTINGS = """<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfce4-panel" version="1.0"><property name="configver" type="int" value="2"/>
 <property name="panels" type="array"><value type="int" value="1"/>
-<property name="dark-mode" type="bool" value="{dark}"/>
+<property name="dark-mode" type="bool" value="false"/>
 <property name="panel-1" type="empty"><property name="position" type="string" value="p=6;x=0;y=0"/>
 <property name="length" type="uint" value="100"/><property name="position-locked" type="bool" value="true"/>
 <property name="size" type="uint" value="30"/>
@@ -51,27 +50,30 @@ class Probe:
         self.process.stdin.flush()
 
 
+def start_xfconf(environment):
+    """Xfce's settings service."""
+    service = configparser.RawConfigParser()
+    service.read(XFCONF_SERVICE)
+    return subprocess.Popen(service["D-BUS Service"]["Exec"].split(), env=environment, stdin=subprocess.DEVNULL)
+
+
 class Panel:
     """Xfce's panel, with nothing but its tray, at the top of the screen; it takes icons both from the bus and from the X
     server."""
 
-    def __init__(self, desktop, home, dark=False):
+    def __init__(self, desktop, home):
         settings = home / ".config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml"
         settings.parent.mkdir(parents=True)
-        settings.write_text(SETTINGS.format(dark=str(dark).lower()))
+        settings.write_text(SETTINGS)
         self.environment = desktop.environment | {"HOME": str(home), "XDG_CONFIG_HOME": str(home / ".config")}
-        service = configparser.RawConfigParser()
-        service.read(XFCONF_SERVICE)
-        self.started = [self._start(service["D-BUS Service"]["Exec"].split())]
+        self.started = [start_xfconf(self.environment)]
         desktop.run("gdbus", "wait", "--session", "--timeout", "30", "org.xfce.Xfconf")
         self.start()
 
-    def _start(self, command):
-        return subprocess.Popen(command, env=self.environment, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                                stderr=subprocess.DEVNULL)
-
     def start(self):
-        self.started.append(self._start(["xfce4-panel", "--disable-wm-check"]))
+        self.started.append(subprocess.Popen(["xfce4-panel", "--disable-wm-check"], env=self.environment,
+                                             stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                             stderr=subprocess.DEVNULL))
 
     def stop(self):
         end(self.started.pop())
@@ -87,7 +89,7 @@ class Watcher:
     def __init__(self, desktop, host):
         self.host = host
         self.items = []
-        self.bus = connect(desktop)
+        self.bus = connect(desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
         self.name = 0
         self.loop = GLib.MainLoop()
         self.thread = threading.Thread(target=self.loop.run, daemon=True)
@@ -124,11 +126,6 @@ class Watcher:
                          "org.freedesktop.DBus.Properties").unpack()[0]
 
 
-def connect(desktop):
-    flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
-    return Gio.DBusConnection.new_for_address_sync(desktop.environment["DBUS_SESSION_BUS_ADDRESS"], flags, None, None)
-
-
 def in_sight(view):
     """The rectangle of the one icon in the panel at the top of the screen; none while it shows anything else."""
     width = 100
@@ -152,16 +149,3 @@ def embedded(view):
         except error.BadWindow:
             pass
     return list(found.values())
-
-
-def click(view, x, y, button):
-    xtest.fake_input(view.display, X.MotionNotify, x=x, y=y)
-    for kind in (X.ButtonPress, X.ButtonRelease):
-        xtest.fake_input(view.display, kind, button)
-    view.display.sync()
-
-
-def leave(view):
-    """Takes the pointer off the panel, which lights up what is under it."""
-    xtest.fake_input(view.display, X.MotionNotify, x=640, y=360)
-    view.display.sync()
