@@ -52,20 +52,6 @@ def test_empty_library_shows_nothing_until_something_is_chosen(tavelle, view):
     assert list(tavelle.library.iterdir()) == [tavelle.library / "New"]
 
 
-def test_damaged_settings_are_kept_aside(tavelle):
-    garbage = bytes(range(256)) * 7
-    tavelle.store()
-    tavelle.settings_file.write_bytes(garbage)
-    tavelle.add("Own", GREEN)
-    tavelle.start()
-    tavelle.wait("loaded: ", count=2)
-    assert tavelle.found("settings: .*damaged")
-    tavelle.show("Own")
-    tavelle.wait("showing Own")
-    assert tavelle.settings_file.with_name("defaults.plist.damaged-1").read_bytes() == garbage
-    assert tavelle.stored()["wallpaper"] == "Own"
-
-
 @pytest.mark.parametrize("in_the_way", [".config/tavelle", "Library", ".cache", ".local"])
 def test_plays_where_it_may_write_nothing(tavelle, view, in_the_way):
     """A file in a folder's place stops everybody from writing there, the superuser too."""
@@ -113,11 +99,10 @@ def test_folder_name_that_is_no_text_is_remembered(tavelle):
     tavelle.wait("loaded: ", count=4)
 
 
-@pytest.mark.parametrize("number", [signal.SIGTERM, signal.SIGINT])
-def test_ends_cleanly_when_asked(tavelle, number):
+def test_ends_cleanly_when_asked(tavelle):
     tavelle.play(GREEN)
     assert len(descendants(tavelle.process.pid)) >= 4
-    assert tavelle.stop(number, seconds=3) == 0
+    assert tavelle.stop(signal.SIGINT, seconds=3) == 0
 
 
 def test_children_do_not_outlive_a_killed_program(tavelle):

@@ -1,8 +1,6 @@
 """The agent that keeps the wallpaper store, and brings its pictures onto the screens."""
 
-import os
 import plistlib
-import signal
 import subprocess
 
 import pytest
@@ -10,7 +8,7 @@ from session import X, color_page, descendants, lives, proc, wait_until
 from Xlib.error import XError
 
 FIRST, SECOND = (0, 0, 1280, 720), (1280, 0, 1280, 720)
-RED, BLUE, LIME = 0xFF0000, 0x0000FF, 0x00FF00
+RED, BLUE = 0xFF0000, 0x0000FF
 DONE = r"desktops: every Space now shows still\.png$"
 
 
@@ -104,27 +102,6 @@ def test_the_store_reaches_every_screen_but_not_over_a_later_choice(tavelle, vie
     desktop.plug("DUMMY1", "1280x0", "1920x1080")
     wait_for_picture(view, RED, FIRST, (1280, 0, 1920, 1080))
     desktop.plug("DUMMY1", "1280x0")
-
-    # Another program's picture, as the user might choose one.
-    pixmap = view.root.create_pixmap(2560, 720, view.display.screen().root_depth)
-    pixmap.fill_rectangle(pixmap.create_gc(foreground=LIME), 0, 0, 2560, 720)
-    view.root.change_property(view.atom("_XROOTPMAP_ID"), view.atom("PIXMAP"), 32, [pixmap.id])
-    view.root.delete_property(view.atom("ESETROOT_PMAP_ID"))  # the picture of a program that is still there
-    view.display.sync()
-    before = wait_until(lambda: agents(tavelle), 20, "the agent")
-    os.kill(before[0], signal.SIGKILL)
-    wait_until(lambda: agents(tavelle) not in ([], before), 20, "another agent")
-    # A missing entry is added at each look at the screens, so that the test can tell when there was one.
-    for size in ("1024x768", "1280x720"):
-        wait_until(lambda: "org.tavelle.WallpaperAgent" in tavelle.ask_bus("ListNames")[0], 20, "the agent on the bus")
-        incomplete = plistlib.loads(store.read_bytes())
-        del incomplete["Displays"]["DUMMY1"]
-        store.write_bytes(plistlib.dumps(incomplete))
-        desktop.plug("DUMMY1", "1280x0", size)
-        wait_until(lambda: "DUMMY1" in plistlib.loads(store.read_bytes())["Displays"], 20, "a look at the screens")
-    assert root_colors(view, FIRST) == root_colors(view, SECOND) == {LIME}
-    assert tavelle.run("--sync-spaces", str(blue)).stdout.endswith("updated\n")
-    wait_for_picture(view, BLUE, FIRST, SECOND)
 
 
 def test_the_agent_lives_and_dies_with_the_application(tavelle, store):

@@ -1,7 +1,6 @@
 """Where the wallpaper is on the screen: on all of it, behind everything, and in nobody's way."""
 
 from session import HEAD, Tavelle, VirtualDesktop, X, XView, color_page, wait_until
-from Xlib.ext import xtest
 
 PLACES = [(0, 0, 1280, 720), (1280, 0, 1280, 720)]
 GREEN, YELLOW, BLUE = 0x008000, 0xFFFF00, 0x000080
@@ -21,6 +20,10 @@ def test_both_screens_are_painted_to_the_last_pixel(tavelle, view):
     for place in PLACES:
         wait_until(lambda: view.pixels(*place) == expected, 20, f"the page on {place}")
     assert view.places_in_sight() == PLACES
+    # What a window manager takes for the desktop.
+    for window in view.wallpapers():
+        assert view.property(window, "_NET_WM_WINDOW_TYPE") == [view.atom("_NET_WM_WINDOW_TYPE_DESKTOP")]
+        assert view.property(window, "_NET_WM_DESKTOP") == [0xFFFFFFFF]
 
 
 def test_no_white_flash_before_the_first_paint(tavelle, view):
@@ -44,15 +47,6 @@ def test_no_white_flash_before_the_first_paint(tavelle, view):
     assert seen == {BLUE, 0, 0x008000, 0x800000}
 
 
-def test_windows_are_what_a_window_manager_takes_for_the_desktop(tavelle, view):
-    tavelle.play(color_page("#008000"))
-    windows = view.wallpapers()
-    assert view.places_in_sight() == PLACES
-    for window in windows:
-        assert view.property(window, "_NET_WM_WINDOW_TYPE") == [view.atom("_NET_WM_WINDOW_TYPE_DESKTOP")]
-        assert view.property(window, "_NET_WM_DESKTOP") == [0xFFFFFFFF]
-
-
 def test_stays_below_windows_and_takes_no_focus(tavelle, view):
     before = view.open_window(100, 100, 300, 200, YELLOW)
     wait_until(lambda: view.property(view.root, "_NET_ACTIVE_WINDOW") == [before.id], 20, "the focus")
@@ -64,13 +58,6 @@ def test_stays_below_windows_and_takes_no_focus(tavelle, view):
     assert view.colors(200, 200, 1, 1) == {YELLOW}
     wallpapers = {each.id for each in view.wallpapers()}
     assert set(view.property(view.root, "_NET_CLIENT_LIST_STACKING")[:2]) == wallpapers
-
-
-def click(view, x, y):
-    xtest.fake_input(view.display, X.MotionNotify, x=x, y=y)
-    xtest.fake_input(view.display, X.ButtonPress, 1)
-    xtest.fake_input(view.display, X.ButtonRelease, 1)
-    view.display.sync()
 
 
 def next_press(view):
@@ -90,17 +77,16 @@ def test_clicks_go_through_to_what_lies_below(tavelle, view):
     below.configure(stack_mode=X.Below)
     for x, y in [(700, 500), (1900, 300)]:
         wait_until(sees(view, GREEN, x, y), 20, "the wallpaper above the window below")
-        click(view, x, y)
+        view.click((x, y))
         press = wait_until(lambda: next_press(view), 10, "the click")
         assert (press.window.id, press.root_x, press.root_y) == (below.id, x, y)
     assert view.property(view.root, "_NET_ACTIVE_WINDOW") == [window.id]
 
 
-def test_stays_on_every_workspace(tavelle, view):
+def test_stays_on_every_workspace(tavelle, view, windows):
     tavelle.play(color_page("#008000"))
     for workspace in (1, 0):
-        view.ask_manager("_NET_CURRENT_DESKTOP", view.root, workspace)
-        wait_until(lambda: view.property(view.root, "_NET_CURRENT_DESKTOP") == [workspace], 20, "the workspace")
+        windows.go_to(workspace)
         assert view.places_in_sight() == PLACES
         wait_until(lambda: view.colors(0, 0, 2560, 720) == {GREEN}, 20, "the wallpaper on the workspace")
 
