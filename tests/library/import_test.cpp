@@ -87,7 +87,12 @@ TEST_F(Import, LeavesNoWallpaperWhenItFails) {
   EXPECT_TRUE(controller.wallpapers().empty());
   platform.videoFrames.undecodable = "/home/Pictures/Wallpapers/sea 2/video.mp4";
   EXPECT_TRUE(controller.importWallpaper("/in/sea.mp4")) << "without a still it is one all the same";
-  EXPECT_EQ(platform.log(), (Lines{"couldn't add sea.mp4: disk full", "no still frame for video.mp4", "added sea 2"}));
+  // One that can't be written is no news.
+  platform.files.put("/in/lake.mp4");
+  platform.files.full = {"/home/Pictures/Wallpapers/lake/still.jpg"};
+  EXPECT_TRUE(controller.importWallpaper("/in/lake.mp4"));
+  EXPECT_EQ(platform.log(),
+            (Lines{"couldn't add sea.mp4: disk full", "no still frame for video.mp4", "added sea 2", "added lake"}));
   // Nothing of an extension may become part of the page, nor name another file than the copy.
   for (const char* name : {"x.png\" onload=\"alert(1)", "x.p&amp;", "x.png#", "x.png?", "x.%41", "x.a\\b", "x.p\nng",
                            "x.png ", "x.\xE9"}) {

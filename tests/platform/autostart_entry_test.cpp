@@ -5,7 +5,6 @@
 #include <sys/stat.h>
 
 #include <fstream>
-#include <iterator>
 
 #include "fakes/temporary_folder.h"
 #include "platform/linux/handles.h"
@@ -22,10 +21,6 @@ struct Autostart : testing::Test {
     fs::create_directories(file.parent_path());
     std::ofstream(file) << content;
     chmod(file.c_str(), 0755);
-  }
-  static std::string content(const fs::path& file) {
-    std::ifstream stream(file);
-    return {std::istreambuf_iterator<char>(stream), {}};
   }
   AutostartEntry entryFor(const fs::path& executable) const { return {{home, system}, executable}; }
 
@@ -77,16 +72,16 @@ TEST_F(Autostart, TellsWhatTheSessionWillDo) {
     EXPECT_EQ(static_cast<bool>(item.unregister()), each.unregistered != notFound);
     EXPECT_EQ(item.status(), each.unregistered) << each.users << each.systems;
     if (each.unregistered == notFound) {
-      EXPECT_EQ(content(users), each.users);
+      EXPECT_EQ(contentOf(users), each.users);
     }
-    EXPECT_EQ(content(systems), each.systems);
+    EXPECT_EQ(contentOf(systems), each.systems);
   }
 }
 
 TEST_F(Autostart, LeavesNothingBehindOfItsOwn) {
   ASSERT_TRUE(item.registerApplication());
   const auto info = adopt(g_desktop_app_info_new_from_filename(users.c_str()));
-  ASSERT_TRUE(info) << content(users);
+  ASSERT_TRUE(info) << contentOf(users);
   EXPECT_TRUE(g_desktop_app_info_get_show_in(info.get(), "XFCE"));
   ASSERT_TRUE(item.unregister());
   EXPECT_TRUE(fs::is_empty(home));
@@ -104,10 +99,10 @@ TEST_F(Autostart, KeepsWhatOthersWroteIntoIt) {
   put(users, kept);
   for (int i = 0; i < 3; ++i) {
     ASSERT_TRUE(item.unregister());
-    EXPECT_NE(content(users), kept);
+    EXPECT_NE(contentOf(users), kept);
     ASSERT_TRUE(item.registerApplication());
   }
-  EXPECT_EQ(content(users), kept);
+  EXPECT_EQ(contentOf(users), kept);
 }
 
 TEST_F(Autostart, StartsTheProgramWhereverItIs) {
@@ -117,7 +112,7 @@ TEST_F(Autostart, StartsTheProgramWhereverItIs) {
     put(executable, "#!/bin/sh\n");
     auto entry = entryFor(executable);
     ASSERT_TRUE(entry.registerApplication());
-    EXPECT_EQ(entry.status(), enabled) << content(users);
+    EXPECT_EQ(entry.status(), enabled) << contentOf(users);
     const std::unique_ptr<GKeyFile, FreeWith<g_key_file_unref>> keys(g_key_file_new());
     ASSERT_TRUE(g_key_file_load_from_file(keys.get(), users.c_str(), G_KEY_FILE_NONE, nullptr));
     const GCharPtr line(g_key_file_get_string(keys.get(), "Desktop Entry", "Exec", nullptr));
@@ -149,7 +144,7 @@ TEST_F(Autostart, RefusesWithAReasonAndLosesNothing) {
   const auto blocked = item.registerApplication();
   ASSERT_FALSE(blocked);
   EXPECT_NE(blocked.error().description.find(home.native()), std::string::npos);
-  EXPECT_EQ(content(home), "a file in the folder's place");
+  EXPECT_EQ(contentOf(home), "a file in the folder's place");
 
   fs::remove(home);
   fs::create_directories(users / "in the entry's place");

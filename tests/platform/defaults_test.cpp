@@ -5,7 +5,6 @@
 
 #include <cmath>
 #include <fstream>
-#include <iterator>
 #include <limits>
 
 #include "fakes/fake_defaults.h"
@@ -18,11 +17,6 @@ namespace {
 namespace fs = std::filesystem;
 using Strings = std::vector<std::string>;
 using namespace std::string_literals;
-
-std::string contentOf(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 void keepContract(UserDefaults& writer, const UserDefaults& reader) {
   EXPECT_EQ(reader.value("fps"), std::nullopt);
