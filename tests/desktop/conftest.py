@@ -2,7 +2,7 @@
 
 import pytest
 from session import Tavelle, VirtualDesktop, XView
-from tray import Panel
+from tray import Menu, Panel
 from windows import Windows
 
 
@@ -50,3 +50,8 @@ def fixture_tavelle(desktop, tmp_path):
     tavelle.bus.close_sync()
     # Also where the test has passed: a program that fell over on the way has failed.
     assert status == 0
+
+
+@pytest.fixture(name="menu")
+def fixture_menu(tavelle, view):
+    return Menu(tavelle, view)

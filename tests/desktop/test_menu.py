@@ -10,55 +10,12 @@ from Xlib import XK
 
 ROW = 22
 PADDING = 6  # the menu's own, with its frame
-# From the last item upwards.
-BELOW_LIST = ["Quit Tavelle", "How to Use…", "Open at Login", "Resolution", "Frame Rate", "Pause Animation",
-              "Show Wallpapers Folder", "Delete Wallpaper", "Add Wallpaper…"]
 NAMES = [f"Wallpaper {number}" for number in range(1, 13)]
 
 
 @pytest.fixture(scope="module", name="monitors")
 def fixture_monitors():
     return 1
-
-
-class Menu:
-    """The menu, as somebody in front of the screen finds it."""
-
-    def __init__(self, tavelle, view):
-        self.tavelle = tavelle
-        self.view = view
-
-    def windows(self):
-        """The menu's window, and those of its submenus."""
-        return self.view.named("Tavelle", wider_than=100)
-
-    def open(self):
-        self.tavelle.act("menu")
-        return self.wait_until_open()
-
-    def wait_until_open(self, count=1):
-        return self.view.place(wait_until(lambda: self.windows()[count - 1:], 20, "the menu")[0])
-
-    def wait_until_closed(self):
-        wait_until(lambda: not self.windows(), 20, "the menu to be gone")
-
-    def choose(self, title, row=None):
-        """By keyboard, the `row` of a submenu if one is given."""
-        self.open()
-        for _ in range(BELOW_LIST.index(title) + 1):
-            self.view.press(XK.XK_Up)
-        if row is not None:
-            self.view.press(XK.XK_Right)
-            self.wait_until_open(2)
-            for _ in range(row):
-                self.view.press(XK.XK_Down)
-        self.view.press(XK.XK_Return)
-        self.wait_until_closed()
-
-
-@pytest.fixture(name="menu")
-def fixture_menu(tavelle, view):
-    return Menu(tavelle, view)
 
 
 def start(tavelle, current="Wallpaper 9", **environment):
@@ -95,9 +52,7 @@ def test_a_click_in_the_panel_opens_it_and_a_click_chooses(panel, tavelle, menu,
     assert len(tavelle.found("showing Wallpaper")) == 1
     # And once more, now that it has been open.
     view.click((x + width // 2, y + height // 2))
-    menu.wait_until_open()
-    view.press(XK.XK_Escape)
-    menu.wait_until_closed()
+    menu.close()
 
 
 def test_every_command_does_its_work(tavelle, menu, view):

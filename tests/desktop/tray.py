@@ -1,16 +1,14 @@
-"""Panels that show the program's icon, and the probe that puts it there."""
+"""The program's icon: panels that show it, the bus where it is registered, the menu that it opens."""
 
 import configparser
-import os
 import subprocess
 import threading
 
 from gi.repository import Gio, GLib
-from session import BINARY, PATIENCE, X, connect, end, error, wait_until
+from session import connect, end, wait_until
+from Xlib import XK
 
-PROBE = BINARY.parent.parent / "tests/tray_icon_probe"
 XFCONF_SERVICE = "/usr/share/dbus-1/services/org.xfce.Xfconf.service"
-NO_BUS = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}
 WATCHER = "org.kde.StatusNotifierWatcher"
 WATCHER_XML = f"""<node><interface name="{WATCHER}">
 <method name="RegisterStatusNotifierItem"><arg type="s" direction="in"/></method>
@@ -27,27 +25,51 @@ SETTINGS = """<?xml version="1.0" encoding="UTF-8"?>
 <property name="square-icons" type="bool" value="true"/></property></property></channel>"""
 
 
-class Probe:
-    """A program with the icon."""
+# From the last item upwards.
+BELOW_LIST = ["Quit Tavelle", "How to Use…", "Open at Login", "Resolution", "Frame Rate", "Pause Animation",
+              "Show Wallpapers Folder", "Delete Wallpaper", "Add Wallpaper…"]
 
-    def __init__(self, desktop, **environment):
-        self.process = subprocess.Popen([PROBE], env=desktop.environment | environment, stdin=subprocess.PIPE,
-                                        stdout=subprocess.PIPE)
-        os.set_blocking(self.process.stdout.fileno(), False)
-        self.said = ""
 
-    def clicks(self):
-        """The places that were clicked so far."""
-        self.said += (self.process.stdout.read() or b"").decode()
-        return [tuple(map(int, line.split()[1:])) for line in self.said.splitlines()]
+class Menu:
+    """The menu, as somebody in front of the screen finds it."""
 
-    def wait(self, count):
-        """Waits for so many clicks in all, and gives the place of the last."""
-        return wait_until(lambda: self.clicks()[count - 1:], PATIENCE, f"click {count}: {self.said}")[0]
+    def __init__(self, tavelle, view):
+        self.tavelle = tavelle
+        self.view = view
 
-    def tell(self, command):
-        self.process.stdin.write(command.encode() + b"\n")
-        self.process.stdin.flush()
+    def windows(self):
+        """The menu's window, and those of its submenus."""
+        return self.view.named("Tavelle", wider_than=100)
+
+    def open(self):
+        self.tavelle.act("menu")
+        return self.wait_until_open()
+
+    def wait_until_open(self, count=1):
+        return self.view.place(wait_until(lambda: self.windows()[count - 1:], 20, "the menu")[0])
+
+    def wait_until_closed(self):
+        wait_until(lambda: not self.windows(), 20, "the menu to be gone")
+
+    def close(self):
+        """Closes the open menu, and tells where it was."""
+        place = self.wait_until_open()
+        self.view.press(XK.XK_Escape)
+        self.wait_until_closed()
+        return place
+
+    def choose(self, title, row=None):
+        """By keyboard, the `row` of a submenu if one is given."""
+        self.open()
+        for _ in range(BELOW_LIST.index(title) + 1):
+            self.view.press(XK.XK_Up)
+        if row is not None:
+            self.view.press(XK.XK_Right)
+            self.wait_until_open(2)
+            for _ in range(row):
+                self.view.press(XK.XK_Down)
+        self.view.press(XK.XK_Return)
+        self.wait_until_closed()
 
 
 def start_xfconf(environment):
@@ -140,12 +162,5 @@ def in_sight(view):
 
 
 def embedded(view):
-    """The icons that an X tray shows."""
-    found = {}  # a window that changes its parent meanwhile comes twice
-    for window in view.windows():
-        try:
-            if window.get_wm_name() == "Tavelle" and window.get_attributes().map_state == X.IsViewable:
-                found[window.id] = window
-        except error.BadWindow:
-            pass
-    return list(found.values())
+    """The icons that an X tray shows. One that changes its parent meanwhile comes twice."""
+    return list({window.id: window for window in view.named("Tavelle")}.values())
