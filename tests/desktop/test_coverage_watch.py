@@ -132,18 +132,17 @@ class LookCounter:
 
     def __init__(self, desktop):
         self.looks = 0
-        self._control = XView(desktop.environment["DISPLAY"])
-        self._data = XView(desktop.environment["DISPLAY"])
-        self._wanted = self._control.atom("_NET_CLIENT_LIST_STACKING").to_bytes(4, "little")
-        nothing = (0, 0)
-        self._context = self._control.display.record_create_context(0, [record.AllClients], [{
-            # GetProperty alone.
-            "core_requests": (20, 20), "core_replies": nothing,
-            "ext_requests": (0, 0, 0, 0), "ext_replies": (0, 0, 0, 0), "delivered_events": nothing,
-            "device_events": nothing, "errors": nothing, "client_started": False, "client_died": False}])
-        self._control.display.sync()
-        self._thread = threading.Thread(
-            target=self._data.display.record_enable_context, args=(self._context, self._take), daemon=True)
+        self._control = XView(desktop.environment["DISPLAY"]).display
+        data = XView(desktop.environment["DISPLAY"])
+        self._wanted = data.atom("_NET_CLIENT_LIST_STACKING").to_bytes(4, "little")
+        nothing = dict.fromkeys(("core_replies", "delivered_events", "device_events", "errors"), (0, 0))
+        extensions = dict.fromkeys(("ext_requests", "ext_replies"), (0, 0, 0, 0))
+        get_property = {"core_requests": (20, 20), "client_started": False, "client_died": False}
+        self._context = self._control.record_create_context(0, [record.AllClients], [
+            nothing | extensions | get_property])
+        self._control.sync()
+        self._thread = threading.Thread(target=data.display.record_enable_context, args=(self._context, self._take),
+                                        daemon=True)
         self._thread.start()
 
     def _take(self, reply):
@@ -154,11 +153,10 @@ class LookCounter:
             requests = requests[size:]
 
     def stop(self):
-        self._control.display.record_disable_context(self._context)
-        self._control.display.flush()
+        self._control.record_disable_context(self._context)
+        self._control.flush()
         self._thread.join(10)
-        self._control.display.record_free_context(self._context)
-        self._control.display.close()
+        self._control.close()
 
 
 @pytest.fixture(name="counter")
