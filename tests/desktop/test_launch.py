@@ -111,10 +111,13 @@ def test_children_do_not_outlive_a_killed_program(tavelle):
     assert tavelle.stop(signal.SIGKILL) == -signal.SIGKILL
 
 
-def test_second_start_leaves_the_first_alone(tavelle):
+def test_second_start_shows_the_tutorial_of_the_first(tavelle, view, windows):
     tavelle.play(TALKING)
     children = set(descendants(tavelle.process.pid))
-    assert tavelle.run().returncode == 0
+    for _ in range(2):
+        assert tavelle.run().returncode == 0
+        view.wait_for_focus("How to Use Tavelle")
+        windows.activate(windows.open(200, 100, 800, 500))
     assert len(tavelle.found("launched")) == 1
     assert set(descendants(tavelle.process.pid)) >= children and all(map(lives, children))
     tavelle.act("quit")

@@ -49,17 +49,19 @@ TEST(Listing, OffersTheCurrentTheRecentThenTheNewest) {
     Names recents;
     Names quick;
   };
-  for (const auto& [what, library, current, recents, quick] :
-       std::initializer_list<Case>{{"all kinds",
-                                    {"Waves", "Aurora", "Rain", "Dunes"},
-                                    "Rain",
-                                    {"Rain", "Gone", "Dunes"},
-                                    {"Rain", "Dunes", "Aurora"}},
-                                   {"the newest", {"D", "B", "C", "A"}, "", {}, {"A", "C", "B"}},
-                                   {"many recents", {"A", "B", "C", "D"}, "D", {"C", "B", "A"}, {"D", "C", "B"}},
-                                   {"fewer than three", {"A", "B"}, "", {"A"}, {"A", "B"}},
-                                   {"current one is gone", {"A", "B"}, "Gone", {}, {"B", "A"}},
-                                   {"nothing", {}, "Gone", {"A"}, {}}}) {
+  const Case cases[]{
+      {"all kinds",
+       {"Waves", "Aurora", "Rain", "Dunes"},
+       "Rain",
+       {"Rain", "Gone", "Dunes"},
+       {"Rain", "Dunes", "Aurora"}},
+      {"the newest", {"D", "B", "C", "A"}, "", {}, {"A", "C", "B"}},
+      {"many recents", {"A", "B", "C", "D"}, "D", {"C", "B", "A"}, {"D", "C", "B"}},
+      {"fewer than three", {"A", "B"}, "", {"A"}, {"A", "B"}},
+      {"current one is gone", {"A", "B"}, "Gone", {}, {"B", "A"}},
+      {"nothing", {}, "Gone", {"A"}, {}},
+  };
+  for (const auto& [what, library, current, recents, quick] : cases) {
     FakePlatform platform;
     for (const auto& name : library) platform.addWallpaper(name);
     Controller controller(platform);

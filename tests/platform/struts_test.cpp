@@ -29,15 +29,11 @@ TEST(WorkArea, IsWhatPanelsLeaveOfTheirOwnMonitor) {
            {"right of the second", {{right, 50, 200, 1000}}, {first, {1920, 200, 1230, 800}, below}},
            {"bottom of the first, at an inner edge", {{bottom, 1064, 0, 1920}}, {{0, 0, 1920, 1040}, second, below}},
            {"bottom of the lowest", {{bottom, 40, 0, 1920}}, {first, second, {0, 1080, 1920, 984}}},
-           {"the deeper of two at one edge",
-            {{top, 30, 0, 1920}, {top, 50, 800, 900}},
-            {{0, 50, 1920, 1030}, second, below}},
+           {"deeper of two", {{top, 30, 0, 1920}, {top, 50, 800, 900}}, {{0, 50, 1920, 1030}, second, below}},
            {"all four of one monitor",
             {{top, 20, 0, 1920}, {left, 30, 0, 1080}, {right, 1320, 0, 1080}, {bottom, 1074, 0, 1920}},
             {{30, 20, 1850, 1010}, second, below}},
-           {"panels that cross",
-            {{left, 1200, 0, 1080}, {right, 2300, 0, 1080}},
-            {{1200, 0, 0, 1080}, second, below}}}) {
+           {"crossing", {{left, 1200, 0, 1080}, {right, 2300, 0, 1080}}, {{1200, 0, 0, 1080}, second, below}}}) {
     for (std::size_t i = 0; i < areas.size(); ++i) {
       EXPECT_EQ(workArea(std::vector{first, second, below}[i], 3200, 2104, struts), areas[i]) << what << ", " << i;
     }
