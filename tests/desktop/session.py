@@ -172,6 +172,7 @@ class Tavelle:
         self.library = home / "Pictures/Wallpapers"
         self.log_file = home / "Library/Logs/Tavelle.log"
         self.settings_file = home / ".config/tavelle/defaults.plist"
+        self.store_file = home / "Library/Application Support/com.apple.wallpaper/Store/Index.plist"
         self.environment = desktop.environment | {"HOME": str(home)}
         self.process = None
         self.program = BINARY
