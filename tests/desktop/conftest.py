@@ -7,9 +7,9 @@ from windows import Windows
 
 
 @pytest.fixture(scope="module", name="monitors")
-def fixture_monitors():
+def fixture_monitors(request):
     """How many monitors the module's desktop has."""
-    return 2
+    return getattr(request.module, "MONITORS", 2)
 
 
 @pytest.fixture(scope="module", name="desktop")

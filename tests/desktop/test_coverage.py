@@ -75,6 +75,9 @@ def test_only_windows_in_sight_count(tavelle, windows):
     window = windows.open(*place)
     expect(tavelle, [place])
     # Where all windows stay mapped, only what the manager says of them tells.
+    windows.view.set_property(windows.view.root, "_NET_SHOWING_DESKTOP", [1])
+    expect(tavelle, [])
+    windows.view.set_property(windows.view.root, "_NET_SHOWING_DESKTOP", [0])
     windows.view.set_property(window, "_NET_WM_DESKTOP", [1])
     expect(tavelle, [])
     rolled_up = windows.open_decorated(500, 100, 700, 500)

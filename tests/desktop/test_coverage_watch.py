@@ -6,7 +6,6 @@ import time
 
 import pytest
 from session import HEAD, XView, wait_until
-from Xlib import X
 from Xlib.ext import record
 
 SIZES = ["1280x720", "1024x768"]

@@ -7,15 +7,11 @@ import pytest
 from session import BINARY, X, color_page, wait_until
 from Xlib import XK
 
+MONITORS = 1
 TITLE = "How to Use Tavelle"
 # Places in the window, seen from the corner of its content.
 ADD, FOLDER, MENU, SWITCH, NEXT, CLOSE = (273, 475), (466, 475), (379, 477), (434, 483), (676, 558), (742, 14)
 STRIP, BACKGROUND = (300, 10), (20, 400)
-
-
-@pytest.fixture(scope="module", name="monitors")
-def fixture_monitors():
-    return 1
 
 
 class Guide:

@@ -11,6 +11,7 @@ from urllib.parse import quote
 import pytest
 from session import HEAD
 
+MONITORS = 1
 LOADERS = """<script>
 const element = (name, address, loaded) => new Promise(resolve => {
   const it = document.createElement(name);
@@ -66,11 +67,6 @@ def fill(folder, name):
     (folder / f"{name}.css").write_text("b { color: red }")
     (folder / f"{name}.txt").write_text("text")
     (folder / f"{name}.html").write_text("<script>parent.postMessage('read', '*')</script>")
-
-
-@pytest.fixture(scope="module", name="monitors")
-def fixture_monitors():
-    return 1
 
 
 @pytest.mark.parametrize("place", ["in the library", "linked from elsewhere"])

@@ -3,19 +3,14 @@
 import subprocess
 import sys
 
-import pytest
 from session import BINARY, PATIENCE, TALKING, X, wait_until
 from tray import in_sight
 from Xlib import XK
 
+MONITORS = 1
 ROW = 22
 PADDING = 6  # the menu's own, with its frame
 NAMES = [f"Wallpaper {number}" for number in range(1, 13)]
-
-
-@pytest.fixture(scope="module", name="monitors")
-def fixture_monitors():
-    return 1
 
 
 def start(tavelle, current="Wallpaper 9", **environment):

@@ -10,6 +10,7 @@ import subprocess
 import pytest
 from session import HEAD, TALKING, Gio, GLib, color_page, lives, wait_until
 
+MONITORS = 1
 CANVAS = """<canvas id="c"></canvas><script>
 say(`first ${tavelle.fps} ${tavelle.scale}`);
 const size = () => { c.width = innerWidth * tavelle.scale; c.height = innerHeight * tavelle.scale; };
@@ -19,11 +20,6 @@ window.wallpaper = {play() { cancelAnimationFrame(id); draw(); }, pause() { canc
 addEventListener('resize', () => { size(); say(`live ${tavelle.fps} ${tavelle.scale} ${c.width}`); });
 size();
 </script>"""
-
-
-@pytest.fixture(scope="module", name="monitors")
-def fixture_monitors():
-    return 1
 
 
 def end_page(tavelle, number=signal.SIGKILL):

@@ -7,12 +7,8 @@ from gi.repository import GLib
 from session import PATIENCE, X, end, wait_until
 from tray import Watcher, embedded, in_sight
 
+MONITORS = 1
 NO_BUS = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}
-
-
-@pytest.fixture(scope="module", name="monitors")
-def fixture_monitors():
-    return 1
 
 
 @pytest.fixture(name="trayer")

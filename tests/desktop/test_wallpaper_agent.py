@@ -22,7 +22,7 @@ def fixture_no_picture(view):
 
 @pytest.fixture(name="store")
 def fixture_store(tavelle):
-    return tavelle.home / "Library/Application Support/com.apple.wallpaper/Store/Index.plist"
+    return tavelle.store_file
 
 
 def agents(tavelle):

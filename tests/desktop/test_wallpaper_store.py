@@ -4,15 +4,13 @@ import datetime
 import os
 import plistlib
 import random
-import resource
-import subprocess
 import time
 
 import pytest
 from session import BINARY, PATIENCE
 
+MONITORS = 1
 OLD = "file:///old.jpg"
-SYNCED = ["desktops: every Space now shows still.jpg", "updated"]
 SAME = ["already the same everywhere"]
 UNREADABLE = ["desktops: couldn't read the wallpaper store", *SAME]
 UNWRITABLE = "desktops: couldn't update the wallpaper store: "
@@ -47,122 +45,115 @@ def shown(value):
             yield from shown(each)
 
 
-class Home:
-    def __init__(self, folder):
-        self.folder = folder
-        self.store = folder / "Library/Application Support/com.apple.wallpaper/Store/Index.plist"
-        self.backup = self.store.with_name("Index.before-tavelle.plist")
-        self.store.parent.mkdir(parents=True)
-
-    def command(self, image):
-        environment = {key: value for key, value in os.environ.items() if "DISPLAY" not in key}
-        return {"args": [BINARY, "--sync-spaces", image], "cwd": self.folder, "text": True, "stdin": subprocess.DEVNULL,
-                "env": environment | {"HOME": str(self.folder)}}
+class Store:
+    def __init__(self, tavelle):
+        self.tavelle = tavelle
+        self.file = tavelle.store_file
+        self.folder = self.file.parent
+        self.folder.mkdir(parents=True)
 
     def sync(self, image="/still.jpg", **options):
-        done = subprocess.run(**self.command(image), **options, capture_output=True, timeout=PATIENCE, check=True)
-        assert done.stderr == ""
+        return self.lines_of("--sync-spaces", image, **options)
+
+    def lines_of(self, *arguments, **options):
+        done = self.tavelle.run(*arguments, DISPLAY="", **options)
+        assert (done.returncode, done.stderr) == (0, "")
         return done.stdout.splitlines()
 
     def put(self, store, fmt=plistlib.FMT_XML):
-        self.store.write_bytes(plistlib.dumps(store, fmt=fmt))
+        self.file.write_bytes(plistlib.dumps(store, fmt=fmt))
 
     def read(self):
-        return plistlib.loads(self.store.read_bytes())
+        return plistlib.loads(self.file.read_bytes())
 
     def files(self):
-        return sorted(each.name for each in self.store.parent.iterdir())
+        return sorted(each.name for each in self.folder.iterdir())
 
 
-@pytest.fixture(name="home")
-def fixture_home(tmp_path):
-    return Home(tmp_path)
+@pytest.fixture(name="store")
+def fixture_store(tavelle):
+    return Store(tavelle)
 
 
-def test_rewrites_the_store_in_binary_form_and_keeps_all_else(home):
+def test_rewrites_the_store_in_binary_form_and_keeps_all_else(tavelle, store):
     before = a_store()
-    home.put(before)
-    home.store.chmod(0o640)
-    original = home.store.read_bytes()
+    store.put(before)
+    store.file.chmod(0o640)
+    original = store.file.read_bytes()
     start = datetime.datetime.now(datetime.timezone.utc).replace(tzinfo=None)
-    assert home.sync("pictures/../still ä%.jpg") == ["desktops: every Space now shows still ä%.jpg", "updated"]
+    lines = store.sync("pictures/../still ä%.jpg", cwd=tavelle.home)
+    assert lines == ["desktops: every Space now shows still ä%.jpg", "updated"]
 
-    after = home.read()
+    after = store.read()
     record = after["SystemDefault"]["Desktop"]
     assert datetime.timedelta() <= record["LastSet"] - start < datetime.timedelta(seconds=PATIENCE)
-    expected = entry(f"file://{home.folder}/still%20%C3%A4%25.jpg")["Desktop"]
+    expected = entry(f"file://{tavelle.home}/still%20%C3%A4%25.jpg")["Desktop"]
     expected["LastSet"] = expected["LastUse"] = record["LastSet"]
     assert plistlib.loads(record["Content"]["Choices"][0].pop("Configuration")) == plistlib.loads(
         expected["Content"]["Choices"][0].pop("Configuration"))
     assert record == expected
-    record = home.read()["SystemDefault"]["Desktop"]
+    record = store.read()["SystemDefault"]["Desktop"]
     before["SystemDefault"] = {"Type": "individual", "Idle": {"x": -1}, "Desktop": record}
     for holder in [before, *before["Spaces"].values()]:
         holder["Displays"]["main"]["Desktop"] = record
     for space in before["Spaces"].values():
         space["Default"]["Desktop"] = record
-    assert home.read() == before
+    assert store.read() == before
 
-    assert home.store.read_bytes().startswith(b"bplist00")
-    assert home.store.stat().st_mode & 0o777 == 0o640
-    assert home.backup.read_bytes() == original
-    written = home.store.stat()
-    assert home.sync("still ä%.jpg") == SAME
-    now = home.store.stat()
+    assert store.file.read_bytes().startswith(b"bplist00")
+    assert store.file.stat().st_mode & 0o777 == 0o640
+    assert (store.folder / "Index.before-tavelle.plist").read_bytes() == original
+    written = store.file.stat()
+    assert store.sync("still ä%.jpg", cwd=tavelle.home) == SAME
+    now = store.file.stat()
     assert (now.st_ino, now.st_mtime_ns) == (written.st_ino, written.st_mtime_ns)
-    assert home.files() == ["Index.before-tavelle.plist", "Index.plist"]
+    assert store.files() == ["Index.before-tavelle.plist", "Index.plist"]
 
 
-def test_leaves_a_store_alone_that_it_cannot_read(home):
-    assert home.sync() == UNREADABLE
-    assert home.files() == []
+def test_leaves_a_store_alone_that_it_cannot_read(store):
+    assert store.sync() == UNREADABLE
+    assert store.files() == []
     damaged = plistlib.dumps(a_store(), fmt=plistlib.FMT_BINARY)[:-1]
-    home.store.write_bytes(damaged)
-    assert home.sync() == UNREADABLE
-    assert home.files() == ["Index.plist"] and home.store.read_bytes() == damaged
-    home.store.unlink()
-    os.mkfifo(home.store)
-    assert home.sync() == UNREADABLE
+    store.file.write_bytes(damaged)
+    assert store.sync() == UNREADABLE
+    assert store.files() == ["Index.plist"] and store.file.read_bytes() == damaged
+    store.file.unlink()
+    os.mkfifo(store.file)
+    assert store.sync() == UNREADABLE
 
 
-def test_full_disk_leaves_the_old_store_whole(home):
-    home.put(a_store(300))
-    before = home.store.read_bytes()
-
-    # Room for less than the new store needs; the library's own start needs none. Python ignores the signal, and what it
-    # starts would not.
-    def small():
-        resource.setrlimit(resource.RLIMIT_FSIZE, (20_000, 20_000))
-
-    lines = home.sync(preexec_fn=small, restore_signals=False)
+def test_full_disk_leaves_the_old_store_whole(store):
+    store.put(a_store(300))
+    before = store.file.read_bytes()
+    # Room for less than the new store needs; the library's own start needs none.
+    lines = store.lines_of("-c", 'trap "" XFSZ; ulimit -f 40; exec "$0" --sync-spaces /still.jpg', BINARY, program="sh")
     assert len(lines) == 2 and lines[0].startswith(UNWRITABLE) and lines[0].endswith(": File too large")
     assert lines[1] == "already the same everywhere"
-    assert home.store.read_bytes() == before
-    assert home.files() == ["Index.plist"], "nothing half-written stays behind"
+    assert store.file.read_bytes() == before
+    assert store.files() == ["Index.plist"], "nothing half-written stays behind"
 
 
-def test_death_at_any_moment_leaves_the_old_store_or_the_new_one(home):
-    home.put(a_store(100), plistlib.FMT_BINARY)
-    assert home.sync("/0.jpg")[-1] == "updated"
+def test_death_at_any_moment_leaves_the_old_store_or_the_new_one(tavelle, store):
+    store.put(a_store(100), plistlib.FMT_BINARY)
+    assert store.sync("/0.jpg")[-1] == "updated"
     begin = time.monotonic()
-    assert home.sync("/1.jpg")[-1] == "updated"
+    assert store.sync("/1.jpg")[-1] == "updated"
     took = time.monotonic() - begin
     dice = random.Random(4711)
     current = "file:///1.jpg"
     outcomes = {"old": 0, "new": 0}
     for i in range(300):
         image = f"file:///{i % 2}.jpg"
-        process = subprocess.Popen(**home.command(image.removeprefix("file://")), stdout=subprocess.DEVNULL)
-        try:
-            time.sleep(dice.uniform(0, took))
-        finally:
-            process.kill()
-            process.wait(PATIENCE)
-        pictures = set(shown(home.read()))
+        tavelle.start("--sync-spaces", image.removeprefix("file://"), DISPLAY="")
+        process, tavelle.process = tavelle.process, None
+        time.sleep(dice.uniform(0, took))
+        process.kill()
+        process.wait(PATIENCE)
+        pictures = set(shown(store.read()))
         assert len(pictures) == 1 and pictures <= {current, image}, f"round {i}"
         if current != image:
             outcomes["new" if pictures == {image} else "old"] += 1
         current = pictures.pop()
     assert min(outcomes.values()) > 20, f"killed at too few moments: {outcomes}"
-    assert home.sync("/done.jpg")[-1] == "updated"
-    assert set(shown(home.read())) == {"file:///done.jpg"}
+    assert store.sync("/done.jpg")[-1] == "updated"
+    assert set(shown(store.read())) == {"file:///done.jpg"}
