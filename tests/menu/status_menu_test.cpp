@@ -118,7 +118,7 @@ TEST_F(StatusMenu, DoesWhatIsChosen) {
   choose("Add Wallpaper…");
   EXPECT_EQ(platform.openPanels.shown.size(), 1U);
   choose("Show Wallpapers Folder");
-  EXPECT_EQ(platform.workspace.opened.size(), 1U);
+  EXPECT_EQ(platform.workspace.opened, std::vector<std::filesystem::path>{"/home/Pictures/Wallpapers"});
   choose("Pause Animation");
   choose("Resume Animation");
   EXPECT_FALSE(controller.paused());

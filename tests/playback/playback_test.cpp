@@ -218,12 +218,5 @@ TEST_F(Playback, ShowsAWallpaperEverywhere) {
   EXPECT_EQ(platform.desktopPicture.pictures.at("right").parent_path().filename(), "Dunes") << "Waves has no still";
 }
 
-TEST_F(Playback, OpensTheFolderAndQuits) {
-  controller.showFolder();
-  controller.quit();
-  EXPECT_EQ(platform.workspace.opened, std::vector<std::filesystem::path>{"/home/Pictures/Wallpapers"});
-  EXPECT_TRUE(platform.application.terminated);
-}
-
 }  // namespace
 }  // namespace tavelle
