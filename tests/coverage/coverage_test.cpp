@@ -48,6 +48,10 @@ TEST(Coverage, CountsThePointsOfTheDesktopThatWindowsHide) {
            {"left and top edges count", plain, {{5, 5, 10, 10}}, 1},
            {"right and bottom edges do not", plain, {{-5, -5, 10, 10}}, 0},
            {"exactly what panels leave", panels, {{1060, -80, 480, 300}}, 1440},
+           {"just beside the panels",
+            panels,
+            {{1060, -80, 480, 10}, {1060, 210, 480, 10}, {1060, -80, 10, 300}, {1530, -80, 10, 300}},
+            2 * 48 + 2 * 28},
            {"only panels", panels, {{1000, -100, 620, 20}, {1000, -100, 60, 360}, {1540, -100, 80, 360}}, 0},
            {"panels leave nothing", {"", {0, 0, 480, 300}, {480, 0, 0, 300}, {0, 0, 480, 300}}, {{0, 0, 480, 300}}, 0},
            {"no geometry", {}, {{0, 0, 480, 300}}, 0}}) {

@@ -96,6 +96,11 @@ TEST_F(WallpaperList, LaysOutItsRows) {
   }
 }
 
+TEST_F(WallpaperList, ChecksNoNamesakeFromElsewhere) {
+  make(3, Wallpaper{{"/elsewhere/Wallpaper 1"}}, false);
+  EXPECT_FALSE(list->rows()[1]->checked());
+}
+
 TEST_F(WallpaperList, ChoosesOnceTheMenuHasClosed) {
   make(30, library(30)[20], true);
   // The box has scrolled 346.5 points.
