@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <utility>
 
 #include "platform/linux/desktop/display_server.h"
 #include "platform/linux/desktop/gdk_screens.h"
@@ -14,14 +13,14 @@ namespace tavelle {
 /// A Wayland compositor with layers.
 class WaylandServer final : public DisplayServer {
  public:
+  WaylandServer();
+
   bool hasLayers() const override { return true; }
   DesktopPicture& picture() override { return picture_; }
   Screens& screens() override { return screens_; }
   Spaces& spaces() override { return spaces_; }
-  WindowList& windowList() override { return *windows_; }
-  Registration onWindowEvent(std::function<void()> happened) override {
-    return windows_->onChange(std::move(happened));
-  }
+  WindowList& windowList() override { return windows(); }
+  Registration onWindowEvent(std::function<void()> happened) override;
 
  private:
   /// No protocol that is common tells of workspaces, and no desktop here keeps a picture for each.
@@ -30,12 +29,14 @@ class WaylandServer final : public DisplayServer {
     std::vector<std::string> list() const override { return {}; }
     Registration onChange(std::function<void()> /*changed*/) override { return {}; }
   };
+  WaylandWindows& windows();
 
-  const std::unique_ptr<WorkAreas> workAreas_ = waylandWorkAreas(gdk_display_get_default());
-  const std::unique_ptr<WaylandWindows> windows_ = waylandWindows(gdk_display_get_default());
+  const std::unique_ptr<WorkAreas> workAreas_;
   LinuxDesktopPicture picture_{nullptr};
   GdkScreens screens_{*workAreas_};
   NoSpaces spaces_;
+  /// Made when it is asked for: not every process wants to hear of each window.
+  std::unique_ptr<WaylandWindows> windows_;
 };
 
 }  // namespace tavelle

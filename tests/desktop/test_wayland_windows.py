@@ -1,0 +1,116 @@
+"""What hides the desktop of a Wayland compositor, as the program tells it, on each way of asking the compositor."""
+
+import subprocess
+
+import pytest
+from session import BINARY, Tavelle, wait_until
+from sway import SwayDesktop
+from test_coverage import FIRST, SECOND, expect
+
+PROBE = BINARY.parent.parent / "tests/wayland_windows_probe"
+PANEL = """
+import gi
+gi.require_version("Gtk", "3.0")
+gi.require_version("GtkLayerShell", "0.1")
+from gi.repository import Gtk, GtkLayerShell
+panel = Gtk.Window()
+GtkLayerShell.init_for_window(panel)
+for edge in (GtkLayerShell.Edge.TOP, GtkLayerShell.Edge.LEFT, GtkLayerShell.Edge.RIGHT):
+    GtkLayerShell.set_anchor(panel, edge, True)
+panel.set_size_request(-1, 30)
+GtkLayerShell.auto_exclusive_zone_enable(panel)
+panel.show_all()
+Gtk.main()
+"""
+
+
+@pytest.fixture(name="desktop")
+def fixture_desktop():
+    with SwayDesktop() as desktop:
+        desktop.do("focus output HEADLESS-1")
+        yield desktop
+
+
+@pytest.fixture(name="tavelle")
+def fixture_tavelle(desktop, tmp_path):
+    tavelle = Tavelle(desktop, tmp_path)
+    yield tavelle
+    tavelle.bus.close_sync()
+
+
+def open_window(desktop, name):
+    desktop.start(["foot", "--app-id", name, "--override", "initial-window-size-pixels=300x200", "sleep", "1000"])
+    wait_until(lambda: f'"{name}"' in desktop.run("swaymsg", "-rt", "get_tree"), 20, f"the window {name}")
+
+
+def test_sway_tells_where_windows_are(tavelle, desktop):
+    expect(tavelle, [])
+    open_window(desktop, "a")
+    open_window(desktop, "b")
+    left, right = (0, 0, 640, 720), (640, 0, 640, 720)
+    expect(tavelle, [left, right])
+    desktop.do("[app_id=b] border normal")
+    expect(tavelle, [left, right])
+    desktop.do("[app_id=b] border none, floating enable, resize set 400 300, move absolute position 1200 100")
+    expect(tavelle, [(1200, 100, 400, 300), FIRST])
+    desktop.do("[app_id=b] move scratchpad")
+    expect(tavelle, [FIRST])
+    desktop.do("focus output HEADLESS-1; workspace 7")
+    expect(tavelle, [])
+    desktop.do("workspace 1; [app_id=b] scratchpad show; [app_id=b] floating disable; layout tabbed")
+    expect(tavelle, [FIRST])
+    desktop.do("[app_id=a] fullscreen enable")
+    expect(tavelle, [FIRST])
+    desktop.do("[app_id=a] fullscreen disable; [app_id=b] move container to workspace 2")
+    expect(tavelle, [FIRST, SECOND])
+
+
+def test_what_a_panel_leaves_is_what_counts(tavelle, desktop):
+    desktop.start(["/usr/bin/python3", "-c", PANEL])
+    areas = [(0, 30, 1280, 690), SECOND]
+    wait_until(lambda: any(each["rect"]["y"] == 30 for each in desktop.ask(kind="get_workspaces")), 20, "the panel")
+    open_window(desktop, "a")
+    expect(tavelle, areas[:1], areas)
+    desktop.do("gaps outer all set 60")
+    expect(tavelle, [(60, 90, 1160, 570)], areas)
+
+
+def test_other_compositors_tell_of_windows_that_fill_the_screen(tavelle, desktop):
+    # Without its socket sway is one of them.
+    for source in ({"SWAYSOCK": ""}, {"SWAYSOCK": "/nowhere"}):
+        open_window(desktop, "a")
+        expect(tavelle, [], **source)
+        desktop.do("fullscreen enable")
+        expect(tavelle, [FIRST], **source)
+        desktop.do("move container to output HEADLESS-2")
+        expect(tavelle, [SECOND], **source)
+        desktop.do("focus output HEADLESS-1; [app_id=a] kill")
+        expect(tavelle, [], **source)
+
+
+def test_a_socket_of_another_sway_says_nothing_of_this_one(tavelle, desktop):
+    open_window(desktop, "a")
+    with SwayDesktop() as other:
+        expect(tavelle, [], SWAYSOCK=other.environment["SWAYSOCK"])
+    expect(tavelle, [FIRST])
+
+
+@pytest.mark.parametrize("source", [{}, {"SWAYSOCK": ""}], ids=["sway's socket", "the common protocol"])
+def test_changes_are_told(desktop, tmp_path, source):
+    open_window(desktop, "a")
+    told = tmp_path / "told"
+    with open(told, "w", encoding="ascii") as output:
+        probe = subprocess.Popen([PROBE], env=desktop.environment | source | {"GDK_BACKEND": "wayland"},
+                                 stdin=subprocess.PIPE, stdout=output)
+    try:
+        before = 0 if source else 1
+        wait_until(lambda: told.read_text() == f"{before}\n", 20, "the first look")
+        open_window(desktop, "b")
+        for command, number in [("[app_id=b] fullscreen enable", 1), ("[app_id=b] kill", before)]:
+            seen = len(told.read_text())
+            desktop.do(command)
+            wait_until(lambda seen=seen, number=number: told.read_text()[seen:].endswith(f"{number}\n"), 20,
+                       f"{number} after {command}")
+    finally:
+        probe.stdin.close()
+        assert probe.wait(20) == 0
