@@ -7,7 +7,8 @@ from session import BINARY, Tavelle, wait_until
 from sway import SwayDesktop
 from test_coverage import FIRST, SECOND, expect
 
-PROBE = BINARY.parent.parent / "tests/wayland_windows_probe"
+PROBE = BINARY.parent.parent / "tests/wayland_probe"
+MONITORS = "HEADLESS-1 0 0 1280 720 HEADLESS-2 1280 0 1280 720"
 PANEL = """
 import gi
 gi.require_version("Gtk", "3.0")
@@ -95,22 +96,48 @@ def test_a_socket_of_another_sway_says_nothing_of_this_one(tavelle, desktop):
     expect(tavelle, [FIRST])
 
 
-@pytest.mark.parametrize("source", [{}, {"SWAYSOCK": ""}], ids=["sway's socket", "the common protocol"])
-def test_changes_are_told(desktop, tmp_path, source):
-    open_window(desktop, "a")
-    told = tmp_path / "told"
-    with open(told, "w", encoding="ascii") as output:
-        probe = subprocess.Popen([PROBE], env=desktop.environment | source | {"GDK_BACKEND": "wayland"},
-                                 stdin=subprocess.PIPE, stdout=output)
-    try:
-        before = 0 if source else 1
-        wait_until(lambda: told.read_text() == f"{before}\n", 20, "the first look")
-        open_window(desktop, "b")
-        for command, number in [("[app_id=b] fullscreen enable", 1), ("[app_id=b] kill", before)]:
-            seen = len(told.read_text())
-            desktop.do(command)
-            wait_until(lambda seen=seen, number=number: told.read_text()[seen:].endswith(f"{number}\n"), 20,
-                       f"{number} after {command}")
-    finally:
+@pytest.fixture(name="told")
+def fixture_told(desktop, tmp_path):
+    """Starts to listen, and gives a function for all lines that were told so far."""
+    probes = []
+
+    def start(**environment):
+        output = tmp_path / "told"
+        with open(output, "w", encoding="utf-8") as lines:
+            probes.append(subprocess.Popen([PROBE], env=desktop.environment | environment, stdin=subprocess.PIPE,
+                                           stdout=lines))
+        wait_until(lambda: output.read_text().endswith("\n"), 20, "the first look")
+        return lambda: output.read_text().splitlines()
+    yield start
+    for probe in probes:
         probe.stdin.close()
         assert probe.wait(20) == 0
+
+
+@pytest.mark.parametrize("source", [{}, {"SWAYSOCK": ""}], ids=["sway's socket", "the common protocol"])
+def test_changes_of_windows_are_told(desktop, told, source):
+    open_window(desktop, "a")
+    lines = told(**source)
+    before = 0 if source else 1
+    assert lines()[-1] == f"{MONITORS} {before}"
+    open_window(desktop, "b")
+    for command, number in [("[app_id=b] fullscreen enable", 1), ("[app_id=b] kill", before)]:
+        seen = len(lines())
+        desktop.do(command)
+        wait_until(lambda seen=seen, number=number: lines()[seen:][-1:] == [f"{MONITORS} {number}"], 20,
+                   f"{number} after {command}")
+
+
+def test_monitors_stay_where_they_are_when_they_are_told_again(desktop, told):
+    lines = told()
+    wait_until(lambda: len(set(lines())) == 1, 20, "the first look")
+    desktop.do("output * scale 2")
+    halved = "HEADLESS-1 0 0 640 360 HEADLESS-2 1280 0 640 360 0"
+    wait_until(lambda: lines()[-1] == halved, 20, f"the scale; it says {lines()}")
+    desktop.do("output HEADLESS-2 position 640 0")
+    moved = halved.replace("1280 0", "640 0")
+    wait_until(lambda: lines()[-1] == moved, 20, f"the new place; it says {lines()}")
+    seen = len(lines())
+    desktop.do("reload")
+    wait_until(lambda: f"{MONITORS} 0" in lines()[seen:], 20, "what the configuration says")
+    assert lines()[-1] == f"{MONITORS} 0"

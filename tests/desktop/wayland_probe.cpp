@@ -1,21 +1,29 @@
-// Prints how many windows the compositor tells of, at the start and whenever it says that something has changed. Ends
-// with its input.
+// Prints what the compositor tells of monitors and windows, at the start and whenever it says that something has
+// changed: a line with each monitor's name and place and then the number of windows. Ends with its input.
 
 #include <glib-unix.h>
 #include <gtk/gtk.h>
 
 #include <iostream>
 
-#include "platform/linux/desktop/wayland_windows.h"
+#include "platform/linux/desktop/display_server.h"
+#include "platform/screens.h"
+#include "platform/window_list.h"
 
-int main(int count, char** arguments) {
-  gtk_init(&count, &arguments);
-  const auto windows = tavelle::waylandWindows(gdk_display_get_default());
+int main() {
+  const auto server = tavelle::connectToDisplay("probe");
+  if (!server) return 1;
+  auto& screens = (*server)->screens();
   const auto print = [&] {
-    const auto list = windows->onScreen();
-    std::cout << (list ? static_cast<int>(list->size()) : -1) << std::endl;
+    for (const auto& each : screens.list()) {
+      const auto& [x, y, width, height] = each.bounds;
+      std::cout << each.name << ' ' << x << ' ' << y << ' ' << width << ' ' << height << ' ';
+    }
+    const auto windows = (*server)->windowList().onScreen();
+    std::cout << (windows ? static_cast<int>(windows->size()) : -1) << std::endl;
   };
-  const auto listening = windows->onChange(print);
+  const auto ofScreens = screens.onChange(print);
+  const auto ofWindows = (*server)->onWindowEvent(print);
   print();
   constexpr auto end = [](int, GIOCondition, gpointer) -> gboolean {
     gtk_main_quit();

@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <memory>
 
+#include "platform/linux/desktop/wayland_outputs.h"
 #include "platform/linux/handles.h"
 
 namespace tavelle {
 namespace {
 
 Rect geometryOf(GdkMonitor* monitor) {
+  const OutputDescription* const told = toldOf(monitor);
+  if (told && !told->place.isEmpty()) return told->place;
   GdkRectangle geometry;
   gdk_monitor_get_geometry(monitor, &geometry);
   return rectOf(geometry);
@@ -26,14 +29,20 @@ Rect global(const Rect& inGdk, const Rect& main) {
 
 Rect globalPlace(GdkMonitor* monitor, const Rect& main) { return global(geometryOf(monitor), main); }
 
-Screen screenOf(GdkMonitor* monitor, const Rect& main, const Rect& workArea) {
+std::string nameOf(GdkMonitor* monitor) {
+  const OutputDescription* const told = toldOf(monitor);
+  if (told && !told->name.empty()) return told->name;
   // On X11 GDK gives the connector as the model, also of a monitor that tells its own (seen with GTK 3.24).
   const char* const model = gdk_monitor_get_model(monitor);
+  return model ? model : "";
+}
+
+Screen screenOf(GdkMonitor* monitor, const Rect& main, const Rect& workArea) {
   const auto upwards = [&](const Rect& downwards) {
     return Rect{downwards.x, main.height - downwards.maxY(), downwards.width, downwards.height};
   };
   const Rect bounds = globalPlace(monitor, main);
-  return {.name = model ? model : "",
+  return {.name = nameOf(monitor),
           .frame = upwards(bounds),
           .visibleFrame = upwards(global(workArea, main)),
           .bounds = bounds};

@@ -4,6 +4,7 @@
 #include <plasma-window-management-client-protocol.h>
 #include <wayland-client.h>
 #include <wlr-foreign-toplevel-management-unstable-v1-client-protocol.h>
+#include <xdg-output-unstable-v1-client-protocol.h>
 
 namespace tavelle {
 
@@ -25,5 +26,7 @@ void WlDestroy::operator()(zwlr_foreign_toplevel_handle_v1* object) const {
 void WlDestroy::operator()(zwlr_foreign_toplevel_manager_v1* object) const {
   zwlr_foreign_toplevel_manager_v1_destroy(object);
 }
+void WlDestroy::operator()(zxdg_output_manager_v1* object) const { zxdg_output_manager_v1_destroy(object); }
+void WlDestroy::operator()(zxdg_output_v1* object) const { zxdg_output_v1_destroy(object); }
 
 }  // namespace tavelle

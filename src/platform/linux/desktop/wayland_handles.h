@@ -10,6 +10,8 @@ struct wl_callback;
 struct wl_registry;
 struct zwlr_foreign_toplevel_handle_v1;
 struct zwlr_foreign_toplevel_manager_v1;
+struct zxdg_output_manager_v1;
+struct zxdg_output_v1;
 
 namespace tavelle {
 
@@ -23,6 +25,8 @@ struct WlDestroy {
   void operator()(wl_registry* object) const;
   void operator()(zwlr_foreign_toplevel_handle_v1* object) const;
   void operator()(zwlr_foreign_toplevel_manager_v1* object) const;
+  void operator()(zxdg_output_manager_v1* object) const;
+  void operator()(zxdg_output_v1* object) const;
 };
 
 template <typename T>

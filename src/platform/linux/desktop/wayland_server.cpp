@@ -1,8 +1,15 @@
 #include "platform/linux/desktop/wayland_server.h"
 
+#include <gdk/gdkwayland.h>
+
+#include "platform/linux/desktop/wayland_globals.h"
+
 namespace tavelle {
 
-WaylandServer::WaylandServer() : workAreas_(waylandWorkAreas(gdk_display_get_default())) {}
+WaylandServer::WaylandServer()
+    : outputs_(WaylandGlobals(gdk_wayland_display_get_wl_display(gdk_display_get_default())),
+               gdk_display_get_default()),
+      workAreas_(waylandWorkAreas(gdk_display_get_default())) {}
 
 Registration WaylandServer::onWindowEvent(std::function<void()> happened) {
   return windows().onChange(std::move(happened));

@@ -5,6 +5,7 @@
 #include "platform/linux/desktop/display_server.h"
 #include "platform/linux/desktop/gdk_screens.h"
 #include "platform/linux/desktop/linux_desktop_picture.h"
+#include "platform/linux/desktop/wayland_outputs.h"
 #include "platform/linux/desktop/wayland_windows.h"
 #include "platform/spaces.h"
 
@@ -31,6 +32,7 @@ class WaylandServer final : public DisplayServer {
   };
   WaylandWindows& windows();
 
+  const WaylandOutputs outputs_;
   const std::unique_ptr<WorkAreas> workAreas_;
   LinuxDesktopPicture picture_{nullptr};
   GdkScreens screens_{*workAreas_};
