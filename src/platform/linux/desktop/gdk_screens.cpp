@@ -156,6 +156,14 @@ GdkMonitor* monitorOf(const Screen& screen) {
   return found == all.end() ? nullptr : *found;
 }
 
+GdkMonitor* monitorAt(const Point& point) {
+  const auto all = monitors();
+  if (all.empty()) return nullptr;
+  const auto found =
+      std::find_if(all.begin(), all.end(), [&](GdkMonitor* monitor) { return geometryOf(monitor).contains(point); });
+  return found == all.end() ? all.front() : *found;
+}
+
 std::optional<int> monitorNumber(const Screen& screen) {
   GdkMonitor* const monitor = monitorOf(screen);
   GdkDisplay* const display = gdk_display_get_default();

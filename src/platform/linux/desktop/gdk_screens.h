@@ -35,6 +35,9 @@ void moveToGlobal(std::vector<WindowDescription>& windows);
 /// The monitor at the screen's place; null when there is none there any more.
 GdkMonitor* monitorOf(const Screen& screen);
 
+/// The monitor that holds the point, which is in GDK's coordinates, else the main one; null when there is none.
+GdkMonitor* monitorAt(const Point& point);
+
 /// GDK's own number of the monitor at the screen's place, by which some desktops know it; none when there is no monitor
 /// there any more.
 std::optional<int> monitorNumber(const Screen& screen);

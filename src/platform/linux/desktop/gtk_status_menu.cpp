@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "platform/linux/desktop/gdk_screens.h"
 #include "platform/linux/desktop/layer_shell.h"
 #include "platform/linux/desktop/list_menu_item.h"
 #include "platform/linux/desktop/menu_anchor.h"
@@ -54,13 +55,6 @@ Gdk::Rectangle pointerPlace() {
 bool isCountedFromIcon(const Gdk::Rectangle& place) {
   constexpr int largestIcon = 48;
   return place.get_x() < largestIcon && place.get_y() < largestIcon;
-}
-
-/// Where most panels have their icons. Only the compositor knows where the pointer is.
-Gdk::Rectangle usualCorner() {
-  GdkRectangle screen;
-  gdk_monitor_get_geometry(gdk_display_get_monitor_at_point(gdk_display_get_default(), 0, 0), &screen);
-  return {screen.x + screen.width - 1, screen.y, 1, 1};
 }
 
 std::unique_ptr<Gtk::MenuItem> makeItem(const MenuItem& item);
@@ -163,17 +157,26 @@ GtkStatusMenu::~GtkStatusMenu() {
 }
 
 void GtkStatusMenu::popUp(const std::optional<Gdk::Rectangle>& place, bool onList) {
-  if (isLayerDisplay(gdk_display_get_default())) {
-    place_ = place && !isCountedFromIcon(*place) ? *place : usualCorner();
-    anchor_ = std::make_unique<MenuAnchor>(place_, [this, onList] {
-      openAtAnchor();
-      if (onList) select_item(*list_);
-    });
-    return;
-  }
+  if (isLayerDisplay(gdk_display_get_default())) return popUpOnLayer(place, onList);
   place_ = place ? *place : pointerPlace();
   attempts_ = 0;
   tryToPopUp();
+}
+
+void GtkStatusMenu::popUpOnLayer(const std::optional<Gdk::Rectangle>& place, bool onList) {
+  const bool known = place && !isCountedFromIcon(*place);
+  GdkMonitor* const monitor =
+      known ? monitorAt({static_cast<double>(place->get_x()), static_cast<double>(place->get_y())}) : monitorAt({});
+  if (!monitor) return;
+  const Rect screen = placesOf({monitor}).front();
+  // Only the compositor knows where the pointer is, so it is the corner where most panels have their icons.
+  const int left = known ? place->get_x() - static_cast<int>(screen.x) : static_cast<int>(screen.width) - 1;
+  const int top = known ? place->get_y() - static_cast<int>(screen.y) : 0;
+  roomBelow_ = static_cast<int>(screen.height) - top - 1;
+  anchor_ = std::make_unique<MenuAnchor>(monitor, left, top, [this, onList] {
+    openAtAnchor();
+    if (onList) select_item(*list_);
+  });
 }
 
 void GtkStatusMenu::openAtAnchor() {
@@ -216,13 +219,10 @@ void GtkStatusMenu::fit() {
 }
 
 bool GtkStatusMenu::fitsBelow() const {
-  GdkRectangle screen;
-  gdk_monitor_get_geometry(gdk_display_get_monitor_at_point(gdk_display_get_default(), place_.get_x(), place_.get_y()),
-                           &screen);
   Gtk::Requisition minimum;
   Gtk::Requisition natural;
   get_preferred_size(minimum, natural);
-  return place_.get_y() + place_.get_height() + natural.height <= screen.y + screen.height;
+  return natural.height <= roomBelow_;
 }
 
 bool GtkStatusMenu::isOnList() const {

@@ -35,6 +35,7 @@ class GtkStatusMenu final : public Gtk::Menu {
 
  private:
   void tryToPopUp();
+  void popUpOnLayer(const std::optional<Gdk::Rectangle>& place, bool onList);
   void openAtAnchor();
   void fit();
   bool fitsBelow() const;
@@ -44,6 +45,8 @@ class GtkStatusMenu final : public Gtk::Menu {
   Gdk::Rectangle place_;
   /// Where windows can't be placed otherwise.
   std::unique_ptr<MenuAnchor> anchor_;
+  /// From the anchor to the lower edge of its screen.
+  int roomBelow_ = 0;
   bool opensBelow_ = false;
   int attempts_ = 0;
   sigc::connection nextAttempt_;

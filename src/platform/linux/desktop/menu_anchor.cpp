@@ -14,18 +14,15 @@ constexpr unsigned patience = 200;  // ms
 
 }  // namespace
 
-MenuAnchor::MenuAnchor(const Gdk::Rectangle& place, std::function<void()> ready) : ready_(std::move(ready)) {
-  GdkMonitor* const monitor = gdk_display_get_monitor_at_point(gdk_display_get_default(), place.get_x(), place.get_y());
-  GdkRectangle screen;
-  gdk_monitor_get_geometry(monitor, &screen);
+MenuAnchor::MenuAnchor(GdkMonitor* monitor, int left, int top, std::function<void()> ready) : ready_(std::move(ready)) {
   gtk_layer_init_for_window(window_.gobj());
   gtk_layer_set_namespace(window_.gobj(), "tavelle-menu");
   gtk_layer_set_layer(window_.gobj(), GTK_LAYER_SHELL_LAYER_OVERLAY);
   gtk_layer_set_monitor(window_.gobj(), monitor);
   gtk_layer_set_anchor(window_.gobj(), GTK_LAYER_SHELL_EDGE_LEFT, TRUE);
   gtk_layer_set_anchor(window_.gobj(), GTK_LAYER_SHELL_EDGE_TOP, TRUE);
-  gtk_layer_set_margin(window_.gobj(), GTK_LAYER_SHELL_EDGE_LEFT, place.get_x() - screen.x);
-  gtk_layer_set_margin(window_.gobj(), GTK_LAYER_SHELL_EDGE_TOP, place.get_y() - screen.y);
+  gtk_layer_set_margin(window_.gobj(), GTK_LAYER_SHELL_EDGE_LEFT, left);
+  gtk_layer_set_margin(window_.gobj(), GTK_LAYER_SHELL_EDGE_TOP, top);
   // Counted from the edges of the screen, not from those of its panels.
   gtk_layer_set_exclusive_zone(window_.gobj(), -1);
   gtk_layer_set_keyboard_mode(window_.gobj(), GTK_LAYER_SHELL_KEYBOARD_MODE_EXCLUSIVE);

@@ -11,10 +11,9 @@ namespace tavelle {
 /// which has the keyboard while it is there. It takes no room from anything. Main thread only.
 class MenuAnchor {
  public:
-  /// `place` is in the toolkit's coordinates; on the monitor that holds it, or the nearest one. `ready` is called once
-  /// on the main loop, when the surface is on screen and has the keyboard: a menu that opens earlier would never get
-  /// it.
-  MenuAnchor(const Gdk::Rectangle& place, std::function<void()> ready);
+  /// On `monitor`, `left` and `top` logical pixels from its corner. `ready` is called once on the main loop, when the
+  /// surface is on screen and has the keyboard: a menu that opens earlier would never get it.
+  MenuAnchor(GdkMonitor* monitor, int left, int top, std::function<void()> ready);
   MenuAnchor(const MenuAnchor&) = delete;
   MenuAnchor& operator=(const MenuAnchor&) = delete;
   ~MenuAnchor();
