@@ -5,6 +5,7 @@ import re
 import struct
 
 import pytest
+from gi.repository import GdkPixbuf
 from session import REPOSITORY, SAMPLES, HEAD
 
 FOLDER = REPOSITORY / "resources/Wallpapers"
@@ -104,6 +105,26 @@ def test_sample_draws_any_moment_again_rests_and_scales(tavelle, name):
     tavelle.act("toggle-pause")
     tavelle.wait("page: plays", count=2)
     assert not tavelle.found("page: (js error|console.error)")
+
+
+@pytest.mark.parametrize("meta, arguments, hour, minute", [("18:30", [], 18, 30), ("12.5", ["6:05"], 6, 5)])
+def test_still_shows_the_hour_that_was_asked_for(tavelle, meta, arguments, hour, minute):
+    folder = tavelle.add("Clock", f"""<!doctype html><meta name="still-moment" content="{meta}"><script>
+window.wallpaper = {{pause() {{}}, play() {{}}, renderAt(seconds) {{
+  const then = new Date(Math.round(performance.timeOrigin + seconds * 1000));
+  document.documentElement.style.background = `rgb(${{then.getHours() * 10}}, ${{then.getMinutes() * 4}}, 0)`;
+}}}};
+</script>""")
+    done = tavelle.run(folder, *arguments, "160x90", program=REPOSITORY / "tools/make-still")
+    assert done.returncode == 0, done.stderr
+    picture = GdkPixbuf.Pixbuf.new_from_file(str(folder / "still.jpg"))
+    color = picture.get_pixels()[:3]
+    assert all(abs(seen - wanted) <= 3 for seen, wanted in zip(color, (hour * 10, minute * 4, 0)))
+
+
+def test_still_of_an_hour_that_no_day_has_is_refused(tavelle):
+    done = tavelle.run(tavelle.add("Clock", ""), "24:00", program=REPOSITORY / "tools/make-still")
+    assert done.returncode == 1 and "'24:00' is no moment" in done.stderr
 
 
 @pytest.mark.parametrize("name", SAMPLES)
