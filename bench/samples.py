@@ -5,7 +5,8 @@ usage: bench/samples.py [--program PROGRAM] [--seconds SECONDS] [--slope MINUTES
 
 The yardstick is a page that copies one picture over the whole screen in each frame: the least that a full-screen
 animation can cost on this machine. Figures are per cent of one core, for the program and all its children, over so many
-SECONDS each: 15, or better 60 for a page whose scene comes round once a minute.
+SECONDS each: 15, or better 60 for a page whose scene comes round once a minute. Beside each stands the frame rate that
+was reached: on a busy machine it is lower, and so is the figure.
 --slope lets each sample play for so long at full resolution and prints how its memory grew from the first quarter of
 that time to the last.
 """
@@ -48,6 +49,18 @@ requestAnimationFrame(draw);
 </script>"""
 
 
+# Says once a second how many frames there were, but rests with the page.
+COUNTED = "page: frames "
+COUNTER = """<script>
+let counted = 0;
+setInterval(() => {
+  if (tavelle.frames === counted) return;
+  counted = tavelle.frames;
+  webkit.messageHandlers.log.postMessage(`frames ${counted} ${performance.now()}`);
+}, 1000);
+</script>"""
+
+
 def choose(home, name):
     settings = home / ".config/tavelle/defaults.plist"
     settings.parent.mkdir(parents=True, exist_ok=True)
@@ -55,31 +68,42 @@ def choose(home, name):
                         '<integer>30</integer><key>guideShown</key><true/></dict></plist>')
 
 
-def measured_rate(player, count):
-    """The frame rate that the page's `count`th measurement says it reached."""
-    lines = [line for line in player.log.read_text().splitlines() if " measured " in line]
-    return lines[count].split(" measured ")[1].split()[0] if len(lines) > count else "?"
+def add(home, name):
+    """The page as it is in the sources now: the program was perhaps built before."""
+    page = home / "Pictures/Wallpapers" / name / "index.html"
+    page.parent.mkdir(parents=True, exist_ok=True)
+    text = COPYING_PAGE if name == YARDSTICK else (ROOT / "resources/Wallpapers" / name / "index.html").read_text()
+    page.write_text(text + COUNTER)
+
+
+def load_and_rate_of(player, seconds):
+    known = player.log.read_text().count(COUNTED)
+    load = load_of(player.pid, seconds)
+    counts = [line.split(COUNTED)[1].split() for line in player.log.read_text().splitlines() if COUNTED in line][known:]
+    (first, start), *_, (last, end) = [(int(frames), float(when)) for frames, when in counts]
+    return load, 1000 * (last - first) / (end - start)
 
 
 def measure(desktop, program, home, name, seconds):
     choose(home, name)
+    add(home, name)
     with Player(desktop, program, home) as player:
         player.wait_for(f'"title":"{name}"')
         player.wait_for("measured")
-        rate = measured_rate(player, 0)
-        loads = []
+        figures = ""
         for resolution in ("1.0", "0.35"):
             player.act("resolution", resolution)
             for fps in (30, 20):
                 player.act("frame-rate", f"int64 {fps}")
                 time.sleep(1)
-                loads.append(load_of(player.pid, seconds))
+                load, rate = load_and_rate_of(player, seconds)
+                figures += f"{load:>7.1f} % {rate:>4.1f}"
         player.wait_for("frame rate 20 FPS, resolution 35%")
         player.act("toggle-pause")
         player.wait_for("paused")
         time.sleep(1)
-        figures = "".join(f"{load:>8.1f} %" for load in loads) + f"{load_of(player.pid, seconds):>8.2f} %"
-        print(f"{name:<20}{figures}{rate:>8}{memory_of(player.pid):>8.0f} MB", flush=True)
+        paused = load_of(player.pid, seconds)
+        print(f"{name:<18}{figures}{paused:>7.2f} %{memory_of(player.pid):>6.0f} MB", flush=True)
 
 
 def private_memory_of(pid):
@@ -97,6 +121,7 @@ def private_memory_of(pid):
 
 def measure_slope(desktop, program, home, name, minutes):
     choose(home, name)
+    add(home, name)
     with Player(desktop, program, home) as player:
         player.wait_for(f'"title":"{name}"')
         player.wait_for("measured")
@@ -121,19 +146,16 @@ def main():
     names = wanted.names or sorted(each.name for each in (ROOT / "resources/Wallpapers").iterdir())
     with VirtualDesktop(size="1920x1080") as desktop:
         home = desktop.folder / "home"
-        page = home / "Pictures/Wallpapers" / YARDSTICK / "index.html"
-        page.parent.mkdir(parents=True)
-        page.write_text(COPYING_PAGE)
         if wanted.slope:
             print(f"{'':<20}{'first':>11}{'last':>11}{'grown':>11}")
             for name in names:
                 measure_slope(desktop, program, home, name, wanted.slope)
             return
-        columns = "".join(f"{column:>10}" for column in ("full", "at 20 FPS", "35 %", "at 20 FPS", "paused"))
-        print(f"{'':<20}{columns}{'FPS':>8}{'memory':>11}")
+        columns = "".join(f"{column:>14}" for column in ("full, 30 FPS", "20 FPS", "35 %, 30 FPS", "20 FPS"))
+        print(f"{'':<18}{columns}{'paused':>9}{'memory':>9}")
         for name in [YARDSTICK, *names]:
             measure(desktop, program, home, name, wanted.seconds)
-        print(f"{'aim':<20}{60:>8.1f} %{'':>10}{25:>8.1f} %{'':>10}{1:>8.2f} %")
+        print(f"{'aim':<18}{60:>7.1f} %{'':>19}{25:>7.1f} %{'':>19}{1:>7.2f} %")
 
 
 if __name__ == "__main__":
