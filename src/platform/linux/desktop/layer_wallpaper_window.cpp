@@ -3,6 +3,7 @@
 #include <gtk-layer-shell.h>
 
 #include <array>
+#include <utility>
 
 #include "platform/linux/desktop/gdk_screens.h"
 #include "platform/linux/desktop/wallpaper_surface.h"
@@ -13,8 +14,8 @@ namespace {
 
 class LayerWallpaperWindow final : public WallpaperWindow {
  public:
-  LayerWallpaperWindow(const Screen& screen, Screens& screens)
-      : screen_(screen), screensChanged_(screens.onChange([this] { appear(); })) {
+  LayerWallpaperWindow(Screen screen, Screens& screens)
+      : screen_(std::move(screen)), screensChanged_(screens.onChange([this] { appear(); })) {
     gtk_layer_init_for_window(window_.gobj());
     gtk_layer_set_namespace(window_.gobj(), "tavelle-wallpaper");
     gtk_layer_set_layer(window_.gobj(), GTK_LAYER_SHELL_LAYER_BACKGROUND);

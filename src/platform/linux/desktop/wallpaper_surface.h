@@ -13,6 +13,7 @@ class WallpaperSurface : public Gtk::Window {
   WallpaperSurface();
   WallpaperSurface(const WallpaperSurface&) = delete;
   WallpaperSurface& operator=(const WallpaperSurface&) = delete;
+  ~WallpaperSurface() override = default;
 
   /// Fills the window with `content`.
   void fillWith(WebView& content);
