@@ -18,7 +18,7 @@ import sys
 import time
 
 from whole_process import ROOT, Player, load_of, memory_of
-from virtual_desktop import VirtualDesktop, descendants
+from virtual_desktop import VirtualDesktop
 
 YARDSTICK = "Yardstick"
 COPYING_PAGE = """<!doctype html>
@@ -106,19 +106,6 @@ def measure(desktop, program, home, name, seconds):
         print(f"{name:<18}{figures}{paused:>7.2f} %{memory_of(player.pid):>6.0f} MB", flush=True)
 
 
-def private_memory_of(pid):
-    """Memory that nobody else uses, of the process and all below it, in MB: a share of what is used with others would
-    change when the others end."""
-    total = 0
-    for each in descendants(pid):
-        try:
-            lines = pathlib.Path(f"/proc/{each}/smaps_rollup").read_text().splitlines()
-        except OSError:
-            continue
-        total += sum(int(line.split()[1]) for line in lines if line.startswith("Private_Dirty:"))
-    return total / 1024
-
-
 def measure_slope(desktop, program, home, name, minutes):
     choose(home, name)
     add(home, name)
@@ -128,7 +115,8 @@ def measure_slope(desktop, program, home, name, minutes):
         figures = []
         end_of_time = time.monotonic() + 60 * minutes
         while time.monotonic() < end_of_time:
-            figures.append(private_memory_of(player.pid))
+            # What is shared with others would count for more when the others end.
+            figures.append(memory_of(player.pid, "Private_Dirty"))
             time.sleep(5)
         quarter = max(1, len(figures) // 4)
         first, last = statistics.median(figures[:quarter]), statistics.median(figures[-quarter:])

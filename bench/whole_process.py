@@ -49,15 +49,16 @@ def load_of(pid, seconds=SECONDS):
     return 100 * used / (time.monotonic() - start)
 
 
-def memory_of(pid):
-    """Proportional set size of the process and all below it, in MB."""
+def memory_of(pid, kind="Pss"):
+    """The process's memory and that of all below it, in MB; its proportional set size, or another kind that the kernel
+    tells."""
     total = 0
     for each in descendants(pid):
         try:
             lines = pathlib.Path(f"/proc/{each}/smaps_rollup").read_text().splitlines()
         except OSError:
             continue
-        total += sum(int(line.split()[1]) for line in lines if line.startswith("Pss:"))
+        total += sum(int(line.split()[1]) for line in lines if line.startswith(f"{kind}:"))
     return total / 1024
 
 

@@ -39,4 +39,11 @@ inline Rect intersection(const Rect& a, const Rect& b) {
   return common.isEmpty() ? Rect{} : common;
 }
 
+/// The smallest rectangle round both.
+inline Rect around(const Rect& a, const Rect& b) {
+  const double x = std::min(a.x, b.x);
+  const double y = std::min(a.y, b.y);
+  return {x, y, std::max(a.maxX(), b.maxX()) - x, std::max(a.maxY(), b.maxY()) - y};
+}
+
 }  // namespace tavelle

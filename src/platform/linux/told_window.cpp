@@ -5,13 +5,6 @@
 namespace tavelle {
 namespace {
 
-/// The smallest rectangle round both.
-Rect around(const Rect& a, const Rect& b) {
-  const double x = std::min(a.x, b.x);
-  const double y = std::min(a.y, b.y);
-  return {x, y, std::max(a.maxX(), b.maxX()) - x, std::max(a.maxY(), b.maxY()) - y};
-}
-
 Rect withItsOutput(const Rect& frame, std::span<const Rect> outputs) {
   const auto common = [&](const Rect& output) {
     const Rect shared = intersection(frame, output);

@@ -176,14 +176,10 @@ std::optional<int> monitorNumber(const Screen& screen) {
 Rect extentOfMonitors() {
   const auto all = monitors();
   if (all.empty()) return {};
-  Rect extent = globalPlace(all.front(), geometryOf(all.front()));
-  for (GdkMonitor* monitor : all) {
-    const Rect place = globalPlace(monitor, geometryOf(all.front()));
-    const double x = std::min(extent.x, place.x);
-    const double y = std::min(extent.y, place.y);
-    extent = {x, y, std::max(extent.maxX(), place.maxX()) - x, std::max(extent.maxY(), place.maxY()) - y};
-  }
-  return extent;
+  const Rect main = geometryOf(all.front());
+  Rect extent = main;
+  for (const Rect& place : placesOf(all)) extent = around(extent, place);
+  return global(extent, main);
 }
 
 PixelSpace PixelSpace::current() {

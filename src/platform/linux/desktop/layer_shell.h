@@ -5,7 +5,7 @@
 namespace tavelle {
 
 /// Whether the environment names a Wayland compositor that can put layers on the screen (wlr-layer-shell). Connects to
-/// it for the question, and waits for its answer a second at most. Any thread.
+/// it for the question, and waits for its answer a second at most. Main thread only.
 bool compositorHasLayers();
 
 /// Whether the toolkit's display is a Wayland compositor.

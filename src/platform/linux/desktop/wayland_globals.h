@@ -5,13 +5,14 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
 
 #include "platform/linux/desktop/wayland_handles.h"
 
 namespace tavelle {
 
-/// What a compositor offers, as it was at the start. Everything bound here gets its events from GDK's own source, on
-/// the main loop. Main thread only.
+/// What a compositor offers, as it was at the start. On GDK's connection everything bound here gets its events from
+/// GDK's own source, on the main loop. Main thread only.
 class WaylandGlobals {
  public:
   /// Waits for the compositor's list, a second at most: what it has not told by then counts as not offered.
@@ -20,6 +21,7 @@ class WaylandGlobals {
   WaylandGlobals& operator=(const WaylandGlobals&) = delete;
   ~WaylandGlobals() = default;
 
+  bool offers(std::string_view interface) const { return globals_.contains(interface); }
   /// An object of the caller's at the interface named like `interface`, of the highest version that both sides know.
   /// Null when it is not offered in version `least` or later.
   template <typename T>
