@@ -30,15 +30,22 @@ constexpr int maxAttempts = 50;
 
 using EventPtr = std::unique_ptr<GdkEvent, FreeWith<gdk_event_free>>;
 
-/// What opens a menu, when it was no event of this program's: a click in the root window, now. With the true time the
-/// toolkit can tell the end of that click from the choice of an item. `asking` is a window of this program's.
+/// The time of the event that is being handled, else the server's time now. `asking` is a window of this program's.
+guint32 timeOfClick(GdkWindow* asking) {
+  const guint32 ofEvent = gtk_get_current_event_time();
+  if (ofEvent != GDK_CURRENT_TIME) return ofEvent;
+  gdk_window_set_events(asking, static_cast<GdkEventMask>(gdk_window_get_events(asking) | GDK_PROPERTY_CHANGE_MASK));
+  return gdk_x11_get_server_time(asking);
+}
+
+/// What opens a menu: a click in the root window. With the true time the toolkit can tell the end of that click from
+/// the choice of an item; a button let go of before that time would close the menu.
 EventPtr clickInRoot(GdkWindow* asking) {
   GdkWindow* const root = gdk_get_default_root_window();
   EventPtr event(gdk_event_new(GDK_BUTTON_PRESS));
   event->button.window = retain(root).release();
   event->button.button = GDK_BUTTON_PRIMARY;
-  gdk_window_set_events(asking, static_cast<GdkEventMask>(gdk_window_get_events(asking) | GDK_PROPERTY_CHANGE_MASK));
-  event->button.time = gdk_x11_get_server_time(asking);
+  event->button.time = timeOfClick(asking);
   gdk_event_set_device(event.get(), gdk_seat_get_pointer(gdk_display_get_default_seat(gdk_window_get_display(root))));
   return event;
 }
