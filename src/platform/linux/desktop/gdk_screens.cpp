@@ -1,10 +1,9 @@
 #include "platform/linux/desktop/gdk_screens.h"
 
 #include <algorithm>
-#include <memory>
+#include <utility>
 
 #include "platform/linux/desktop/wayland_outputs.h"
-#include "platform/linux/handles.h"
 
 namespace tavelle {
 namespace {
@@ -48,65 +47,22 @@ Screen screenOf(GdkMonitor* monitor, const Rect& main, const Rect& workArea) {
           .bounds = bounds};
 }
 
-/// Calls one function from several signals of the display, its screen and its monitors, until it dies.
-class ChangeListener {
- public:
-  explicit ChangeListener(std::function<void()> changed) : changed_(std::move(changed)) {
-    GdkDisplay* const display = gdk_display_get_default();
-    GdkScreen* const screen = gdk_display_get_default_screen(display);
-    g_signal_connect(display, "monitor-added", G_CALLBACK(added), this);
-    g_signal_connect(display, "monitor-removed", G_CALLBACK(removed), this);
-    g_signal_connect_swapped(screen, "monitors-changed", G_CALLBACK(notify), this);
-    g_signal_connect_swapped(screen, "size-changed", G_CALLBACK(notify), this);
-    for (GdkMonitor* monitor : monitors()) listenTo(monitor);
-    // Monitors may have changed since they were looked at and before anybody listened.
-    notify(this);
-  }
-  ChangeListener(const ChangeListener&) = delete;
-  ChangeListener& operator=(const ChangeListener&) = delete;
-  ~ChangeListener() {
-    if (idle_ != 0) g_source_remove(idle_);
-    GdkDisplay* const display = gdk_display_get_default();
-    g_signal_handlers_disconnect_by_data(display, this);
-    g_signal_handlers_disconnect_by_data(gdk_display_get_default_screen(display), this);
-    for (const auto& monitor : listenedTo_) g_signal_handlers_disconnect_by_data(monitor.get(), this);
-  }
-
- private:
-  static void added(GdkDisplay* /*display*/, GdkMonitor* monitor, ChangeListener* self) {
-    self->listenTo(monitor);
-    notify(self);
-  }
-  static void removed(GdkDisplay* /*display*/, GdkMonitor* monitor, ChangeListener* self) {
-    g_signal_handlers_disconnect_by_data(monitor, self);
-    std::erase_if(self->listenedTo_, [=](const auto& each) { return each.get() == monitor; });
-    notify(self);
-  }
-  static void notify(ChangeListener* self) {
-    // GDK tells of a monitor before it has settled its list, so the list is looked at when it has.
-    if (self->idle_ == 0) self->idle_ = g_idle_add(tell, self);
-  }
-  static gboolean tell(gpointer data) {
-    auto* const self = static_cast<ChangeListener*>(data);
-    self->idle_ = 0;
-    // The callback may end this listener.
-    const auto changed = self->changed_;
-    changed();
-    return G_SOURCE_REMOVE;
-  }
-
-  /// On Wayland the screen tells only of changes that alter the extent of all monitors.
-  void listenTo(GdkMonitor* monitor) {
-    g_signal_connect_swapped(monitor, "notify::geometry", G_CALLBACK(notify), this);
-    listenedTo_.push_back(retain(monitor));
-  }
-
-  std::function<void()> changed_;
-  std::vector<GObjectPtr<GdkMonitor>> listenedTo_;
-  guint idle_ = 0;
-};
-
 }  // namespace
+
+GdkScreens::GdkScreens(const WorkAreas& workAreas) : workAreas_(workAreas), display_(gdk_display_get_default()) {
+  g_signal_connect(display_, "monitor-added", G_CALLBACK(added), this);
+  g_signal_connect(display_, "monitor-removed", G_CALLBACK(removed), this);
+  GdkScreen* const screen = gdk_display_get_default_screen(display_);
+  g_signal_connect_swapped(screen, "monitors-changed", G_CALLBACK(changed), this);
+  g_signal_connect_swapped(screen, "size-changed", G_CALLBACK(changed), this);
+  for (GdkMonitor* monitor : monitors()) listenTo(monitor);
+}
+
+GdkScreens::~GdkScreens() {
+  g_signal_handlers_disconnect_by_data(display_, this);
+  g_signal_handlers_disconnect_by_data(gdk_display_get_default_screen(display_), this);
+  for (const auto& monitor : listenedTo_) g_signal_handlers_disconnect_by_data(monitor.get(), this);
+}
 
 std::vector<Screen> GdkScreens::list() const {
   const auto all = monitors();
@@ -118,8 +74,31 @@ std::vector<Screen> GdkScreens::list() const {
 }
 
 Registration GdkScreens::onChange(std::function<void()> changed) {
-  return Registration([listener = std::make_shared<ChangeListener>(std::move(changed))] {});
+  auto registration = calls_.add(std::move(changed));
+  // Monitors may have changed since they were looked at and before anybody listened.
+  calls_.soon();
+  return registration;
 }
+
+/// On Wayland the screen tells only of changes that alter the extent of all monitors.
+void GdkScreens::listenTo(GdkMonitor* monitor) {
+  g_signal_connect_swapped(monitor, "notify::geometry", G_CALLBACK(changed), this);
+  listenedTo_.push_back(retain(monitor));
+}
+
+void GdkScreens::added(GdkDisplay* /*display*/, GdkMonitor* monitor, GdkScreens* self) {
+  self->listenTo(monitor);
+  changed(self);
+}
+
+void GdkScreens::removed(GdkDisplay* /*display*/, GdkMonitor* monitor, GdkScreens* self) {
+  g_signal_handlers_disconnect_by_data(monitor, self);
+  std::erase_if(self->listenedTo_, [=](const auto& each) { return each.get() == monitor; });
+  changed(self);
+}
+
+/// GDK tells of a monitor before it has settled its list; the main loop goes on when it has.
+void GdkScreens::changed(GdkScreens* self) { self->calls_.soon(); }
 
 std::vector<GdkMonitor*> monitors() {
   GdkDisplay* const display = gdk_display_get_default();

@@ -2,9 +2,13 @@
 
 #include <gdk/gdk.h>
 
+#include <functional>
 #include <optional>
+#include <vector>
 
+#include "platform/linux/desktop/change_calls.h"
 #include "platform/linux/desktop/work_areas.h"
+#include "platform/linux/handles.h"
 #include "platform/screens.h"
 #include "platform/window_list.h"
 
@@ -14,13 +18,25 @@ namespace tavelle {
 /// layout's origin, else the first.
 class GdkScreens final : public Screens {
  public:
-  explicit GdkScreens(const WorkAreas& workAreas) : workAreas_(workAreas) {}
+  /// Of the toolkit's default display.
+  explicit GdkScreens(const WorkAreas& workAreas);
+  GdkScreens(const GdkScreens&) = delete;
+  GdkScreens& operator=(const GdkScreens&) = delete;
+  ~GdkScreens() override;
 
   std::vector<Screen> list() const override;
   Registration onChange(std::function<void()> changed) override;
 
  private:
+  static void added(GdkDisplay* display, GdkMonitor* monitor, GdkScreens* self);
+  static void removed(GdkDisplay* display, GdkMonitor* monitor, GdkScreens* self);
+  static void changed(GdkScreens* self);
+  void listenTo(GdkMonitor* monitor);
+
   const WorkAreas& workAreas_;
+  GdkDisplay* const display_;
+  std::vector<GObjectPtr<GdkMonitor>> listenedTo_;
+  ChangeCalls calls_;
 };
 
 /// GDK's monitors, the main one first.
