@@ -1,5 +1,6 @@
 """On a Wayland compositor: the wallpaper behind everything, on every output; rest where nobody sees it; the menu."""
 
+import re
 import subprocess
 
 import pytest
@@ -117,6 +118,7 @@ def test_rests_where_windows_cover_the_output(desktop, tavelle, window):
 def test_outputs_come_and_go(desktop, tmp_path):
     with SwayDesktop(parent=desktop) as nested:
         tavelle = Tavelle(nested, tmp_path)
+        tavelle.environment["WAYLAND_DEBUG"] = "1"
         try:
             tavelle.play(BLUE_PAGE)
             nested.unplug("WL-2")
@@ -134,6 +136,10 @@ def test_outputs_come_and_go(desktop, tmp_path):
             nested.plug()
             wait_for(nested, (0, 0, BLUE), (1279, 719, BLUE))
             assert not tavelle.found("page: 0x0")
+            # Not for a moment on another output: the compositor is never left the choice.
+            outputs = re.findall(r'get_layer_surface\(.*, (\S+), 0, "tavelle-wallpaper"',
+                                 (tmp_path / "stderr.txt").read_text())
+            assert len(outputs) >= 6 and "nil" not in outputs
         finally:
             assert tavelle.stop() == 0
             tavelle.bus.close_sync()
