@@ -27,18 +27,20 @@ class GtkStatusItem final : public StatusItem {
   /// A second click on the icon closes the menu, where the panel tells of it.
   void toggle(const std::optional<Gdk::Rectangle>& place) {
     if (isMenuOpen()) return menu_->popdown();
+    // It would open the menu before, where that was.
+    reopening_.disconnect();
     menu_.reset();
     items_.clear();
     menuNeedsUpdate_(items_);
     open(place, false);
   }
 
+  /// While there is no menu: the list serves one at a time.
   void open(const std::optional<Gdk::Rectangle>& place, bool onList) {
-    // The list serves one menu at a time.
-    menu_.reset();
     menu_ = std::make_unique<GtkStatusMenu>(items_, [this, place](bool wasOnList) {
       // Not while the toolkit is still at the event that has made the menu grow.
       reopening_ = Glib::signal_idle().connect([this, place, wasOnList] {
+        menu_.reset();
         open(place, wasOnList);
         return false;
       });
