@@ -3,6 +3,7 @@
 #include <poll.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 
 namespace tavelle {
@@ -12,7 +13,8 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::seconds patience{1};
 
-/// Waits for something from the compositor and handles it. False when nothing came in time, or nothing can come.
+/// Waits for something from the compositor, or a signal, and handles it. False when nothing came in time, or nothing
+/// can come.
 bool handleEvents(wl_display* display, Clock::time_point deadline) {
   while (wl_display_prepare_read(display) != 0) {
     if (wl_display_dispatch_pending(display) < 0) return false;
@@ -22,9 +24,10 @@ bool handleEvents(wl_display* display, Clock::time_point deadline) {
   const auto left = std::chrono::ceil<std::chrono::duration<int, std::milli>>(deadline - Clock::now()).count();
   const auto events = static_cast<short>(allSent ? POLLIN : POLLIN | POLLOUT);
   pollfd waiting{.fd = wl_display_get_fd(display), .events = events, .revents = 0};
-  if (left <= 0 || poll(&waiting, 1, left) <= 0) {
+  const int ready = left > 0 ? poll(&waiting, 1, left) : 0;
+  if (ready <= 0) {
     wl_display_cancel_read(display);
-    return false;
+    return ready < 0 && errno == EINTR;
   }
   return wl_display_read_events(display) == 0 && wl_display_dispatch_pending(display) >= 0;
 }
