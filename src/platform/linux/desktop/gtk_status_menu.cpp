@@ -149,13 +149,7 @@ GtkStatusMenu::GtkStatusMenu(const MenuItems& menu, std::function<void(bool)> ou
     }
   }
   show_all_children();
-  signal_unmap().connect([this] {
-    // The keyboard goes back to where it was. Not before the popup has gone, which is the surface's.
-    leaving_ = Glib::signal_idle().connect([this] {
-      anchor_.reset();
-      return false;
-    });
-  });
+  signal_unmap().connect([this] { leaveAnchor(); });
 }
 
 GtkStatusMenu::~GtkStatusMenu() {
@@ -190,6 +184,16 @@ void GtkStatusMenu::openAtAnchor() {
   const GdkRectangle point{0, 0, 1, 1};
   gtk_menu_popup_at_rect(gobj(), anchor_->surface(), &point, GDK_GRAVITY_SOUTH_WEST, GDK_GRAVITY_NORTH_WEST, nullptr);
   opensBelow_ = fitsBelow();
+  // A menu that could not open never closes.
+  if (!get_visible()) leaveAnchor();
+}
+
+/// The keyboard goes back to where it was. Not before the popup has gone, which is the surface's.
+void GtkStatusMenu::leaveAnchor() {
+  leaving_ = Glib::signal_idle().connect([this] {
+    anchor_.reset();
+    return false;
+  });
 }
 
 void GtkStatusMenu::tryToPopUp() {

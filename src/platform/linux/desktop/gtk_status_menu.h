@@ -37,6 +37,7 @@ class GtkStatusMenu final : public Gtk::Menu {
   void tryToPopUp();
   void popUpOnLayer(const std::optional<Gdk::Rectangle>& place, bool onList);
   void openAtAnchor();
+  void leaveAnchor();
   void fit();
   bool fitsBelow() const;
   bool isOnList() const;
