@@ -5,6 +5,7 @@
 #include <array>
 #include <limits>
 
+#include "platform/linux/desktop/gdk_screens.h"
 #include "platform/linux/struts.h"
 
 namespace tavelle {
@@ -87,14 +88,9 @@ std::vector<Rect> PanelAreas::askPanels(const std::vector<GdkMonitor*>& monitors
     struts.insert(struts.end(), own.begin(), own.end());
   }
 
-  const auto size = picture.read();
-  std::vector<Rect> areas;
-  areas.reserve(monitors.size());
-  for (GdkMonitor* monitor : monitors) {
-    GdkRectangle geometry;
-    gdk_monitor_get_geometry(monitor, &geometry);
-    const Rect whole = rectOf(geometry);
-    areas.push_back(size ? workArea(whole, size->width / scale, size->height / scale, struts) : whole);
+  auto areas = placesOf(monitors);
+  if (const auto size = picture.read()) {
+    for (Rect& area : areas) area = workArea(area, size->width / scale, size->height / scale, struts);
   }
   return areas;
 }
