@@ -4,7 +4,8 @@
 
 namespace tavelle {
 
-/// The name of the wallpaper agent on the session bus, and of its action that takes what `announcement` gives.
+/// The name of the wallpaper agent on the session bus, and of its action, which takes one text: the address of the
+/// image that was set, a space, and the name of the screen.
 constexpr auto agentName = "org.tavelle.WallpaperAgent";
 constexpr auto pictureSetAction = "picture-set";
 

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <set>
 #include <span>
 
 #include "platform/linux/desktop/gdk_screens.h"

@@ -4,7 +4,6 @@
 #include <wlr-foreign-toplevel-management-unstable-v1-client-protocol.h>
 
 #include <memory>
-#include <set>
 #include <vector>
 
 #include "platform/linux/desktop/change_calls.h"

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <memory>
 
 #include "platform/linux/desktop/present.h"
 #include "platform/linux/handles.h"

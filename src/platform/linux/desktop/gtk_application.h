@@ -1,7 +1,6 @@
 #pragma once
 
 #include <gtkmm/application.h>
-#include <sigc++/connection.h>
 
 #include "platform/application.h"
 

@@ -83,7 +83,6 @@ class GtkGuideWindow final : public GuideWindow {
         strip_(settings.dragStrip),
         drag_(Gtk::GestureDrag::create(*page_)) {
     window_.set_title(settings.title);
-    window_.set_icon_name("org.tavelle.Tavelle");
     window_.set_resizable(false);
     window_.set_position(Gtk::WIN_POS_CENTER);
     useStyle();

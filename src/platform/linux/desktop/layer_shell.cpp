@@ -10,6 +10,7 @@
 #include "platform/linux/handles.h"
 
 namespace tavelle {
+
 bool compositorHasLayers() {
   const char* const name = std::getenv("WAYLAND_DISPLAY");
   if (!name || !*name) return false;

@@ -2,7 +2,6 @@
 
 #include <gtk-layer-shell.h>
 
-#include <array>
 #include <utility>
 
 #include "platform/linux/desktop/gdk_screens.h"

@@ -4,7 +4,6 @@
 #include <gtk/gtk-a11y.h>
 
 #include <algorithm>
-#include <string>
 #include <utility>
 #include <vector>
 

@@ -6,7 +6,6 @@
 #include <utility>
 
 namespace tavelle {
-
 namespace {
 
 /// How long the keyboard may take to come. There may be none.

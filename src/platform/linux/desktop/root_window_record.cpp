@@ -2,7 +2,6 @@
 
 #include <X11/Xatom.h>
 
-#include <limits>
 #include <memory>
 #include <sstream>
 

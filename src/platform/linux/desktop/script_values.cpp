@@ -1,7 +1,5 @@
 #include "platform/linux/desktop/script_values.h"
 
-#include <cmath>
-
 #include "platform/linux/handles.h"
 
 namespace tavelle {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <string>
+#include <string_view>
 #include <system_error>
 
 #include "platform/linux/desktop/webkit_web_view.h"

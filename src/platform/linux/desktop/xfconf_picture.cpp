@@ -8,6 +8,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/text.h"
 #include "platform/linux/desktop/gdk_screens.h"

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <vector>
-
 #include "platform/desktop_picture.h"
 #include "platform/linux/desktop/x11_spaces.h"
 #include "platform/linux/desktop/x_connection.h"
