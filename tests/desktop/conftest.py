@@ -1,7 +1,9 @@
 """What every test of the desktop runs on. Each ends what it started, also when the test has failed."""
 
+import subprocess
+
 import pytest
-from session import Tavelle, VirtualDesktop, XView
+from session import DISPLAY_PROBE, Tavelle, VirtualDesktop, XView, wait_until
 from tray import Menu, Panel
 from windows import Windows
 
@@ -55,3 +57,21 @@ def fixture_tavelle(desktop, tmp_path):
 @pytest.fixture(name="menu")
 def fixture_menu(tavelle, view):
     return Menu(tavelle, view)
+
+
+@pytest.fixture(name="told")
+def fixture_told(desktop, tmp_path):
+    """Has the backend listen to the display server, and gives a function for all lines that were told so far."""
+    probes = []
+
+    def start(**environment):
+        output = tmp_path / "told"
+        with open(output, "w", encoding="utf-8") as lines:
+            probes.append(subprocess.Popen([DISPLAY_PROBE], env=desktop.environment | environment, stdin=subprocess.PIPE,
+                                           stdout=lines))
+        wait_until(lambda: output.read_text().endswith("\n"), 20, "the first look")
+        return lambda: output.read_text().splitlines()
+    yield start
+    for probe in probes:
+        probe.stdin.close()
+        assert probe.wait(20) == 0

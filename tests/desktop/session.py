@@ -15,7 +15,8 @@ from Xlib.protocol import event
 
 REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
 BINARY = pathlib.Path(os.environ.get("TAVELLE_BINARY", REPOSITORY / "build/release/bin/tavelle")).resolve()
-PICTURE_PROBE = BINARY.parent.parent / "tests/desktop_picture_probe"
+PICTURE_PROBE, DISPLAY_PROBE = (BINARY.parent.parent / "tests" / name for name in
+                                ("desktop_picture_probe", "display_probe"))
 SAMPLES = sorted(each.name for each in (BINARY.parent.parent / "share/tavelle/Wallpapers").iterdir())
 
 sys.path.insert(0, str(REPOSITORY / "tools"))

@@ -1,13 +1,10 @@
 """What hides the desktop of a Wayland compositor, as the program tells it, on each way of asking the compositor."""
 
-import subprocess
-
 import pytest
-from session import BINARY, Tavelle, wait_until
+from session import Tavelle, wait_until
 from sway import SwayDesktop
 from test_coverage import FIRST, SECOND, expect
 
-PROBE = BINARY.parent.parent / "tests/wayland_probe"
 MONITORS = "HEADLESS-1 0 0 1280 720 HEADLESS-2 1280 0 1280 720"
 PANEL = """
 import gi
@@ -93,24 +90,6 @@ def test_a_socket_of_another_sway_says_nothing_of_this_one(tavelle, desktop):
     with SwayDesktop() as other:
         open_window(other, "a")
         expect(tavelle, [], SWAYSOCK=other.environment["SWAYSOCK"])
-
-
-@pytest.fixture(name="told")
-def fixture_told(desktop, tmp_path):
-    """Starts to listen, and gives a function for all lines that were told so far."""
-    probes = []
-
-    def start(**environment):
-        output = tmp_path / "told"
-        with open(output, "w", encoding="utf-8") as lines:
-            probes.append(subprocess.Popen([PROBE], env=desktop.environment | environment, stdin=subprocess.PIPE,
-                                           stdout=lines))
-        wait_until(lambda: output.read_text().endswith("\n"), 20, "the first look")
-        return lambda: output.read_text().splitlines()
-    yield start
-    for probe in probes:
-        probe.stdin.close()
-        assert probe.wait(20) == 0
 
 
 @pytest.mark.parametrize("source", [{}, {"SWAYSOCK": ""}], ids=["sway's socket", "the common protocol"])
