@@ -2,15 +2,16 @@
 
 import subprocess
 
-from gi.repository import Gio, GLib
+from bus_service import BusService
+from gi.repository import GLib
 from session import color_page, wait_until
 from Xlib import XK
 
 CHOOSER = "Add Wallpaper"
-PORTAL = """<node><interface name="org.freedesktop.portal.FileChooser">
+PORTAL = """<interface name="org.freedesktop.portal.FileChooser">
 <property name="version" type="u" access="read"/>
 <method name="OpenFile"><arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="a{sv}" direction="in"/>
-<arg type="o" direction="out"/></method></interface></node>"""
+<arg type="o" direction="out"/></method></interface>"""
 
 
 def start_choosing_in(tavelle, folder):
@@ -75,55 +76,47 @@ def test_an_alert_tells_what_could_not_be_added(tavelle, view, tmp_path):
     wait_until(lambda: not view.named("Tavelle"), 20, "the alert to go")
 
 
-class Portal:
+class Portal(BusService):
     """The desktop's own chooser, for programs that ask for it."""
 
-    def __init__(self, bus, chosen):
+    properties = {"version": GLib.Variant("u", 3)}
+
+    def __init__(self, desktop, chosen):
+        super().__init__(desktop, "org.freedesktop.portal.Desktop", PORTAL, "/org/freedesktop/portal/desktop")
         self.asked = []
         self.chosen = chosen
-        self.bus = bus
-        # The answer goes to the program alone, as the portal sends it.
-        info = Gio.DBusNodeInfo.new_for_xml(PORTAL).interfaces[0]
-        self.object = bus.register_object("/org/freedesktop/portal/desktop", info, self.call,
-                                          lambda *_: GLib.Variant("u", 3), None)
-        bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
-                      GLib.Variant("(su)", ("org.freedesktop.portal.Desktop", 0)), None, 0, -1, None)
 
-    def call(self, _bus, sender, _path, _interface, _method, parameters, invocation):
-        _parent, title, options = parameters.unpack()
+    def called(self, sender, arguments, call):
+        _parent, title, options = arguments
         self.asked.append((title, options))
         request = f"/org/freedesktop/portal/desktop/request/{sender[1:].replace('.', '_')}/{options['handle_token']}"
-        invocation.return_value(GLib.Variant("(o)", (request,)))
+        call.return_value(GLib.Variant("(o)", (request,)))
         if self.chosen:
+            # The answer goes to the program alone, as the portal sends it.
             answer = {"uris": GLib.Variant("as", [each.as_uri() for each in self.chosen])}
             self.bus.emit_signal(sender, request, "org.freedesktop.portal.Request", "Response",
                                  GLib.Variant("(ua{sv})", (0, answer)))
 
 
-def test_the_portal_chooses_where_it_is_wanted(tavelle, tmp_path):
+def test_the_portal_chooses_where_it_is_wanted(desktop, tavelle, tmp_path):
     sources = [tmp_path / "one.html", tmp_path / "two <&>.html"]
     for source in sources:
         source.write_text(color_page("#000080"))
-    portal = Portal(tavelle.bus, sources)
-    tavelle.store()
-    tavelle.start(GTK_USE_PORTAL="1")
-    tavelle.wait("launched")
-    tavelle.act("add")
-
-    def turn(condition):
-        def turned():
-            GLib.MainContext.default().iteration(False)
-            return condition()
-        return turned
-    wait_until(turn(lambda: portal.asked), 20, "the portal to be asked")
-    title, options = portal.asked[0]
-    assert title == CHOOSER and options["accept_label"] == "Add" and options["multiple"]
-    mime_types = {name for _kind, name in options["filters"][0][1]}
-    assert mime_types >= {"video/*", "image/*", "text/html"}
-    # GTK hands on what the portal tells in an order of its own.
-    wait_until(turn(lambda: tavelle.found("showing (one|two <&>)$")), 20, "the last of them")
-    assert sorted(tavelle.library.iterdir()) == [tavelle.library / "one", tavelle.library / "two <&>"]
-    # One that nobody answers keeps the program no longer than it wants to run.
-    portal.chosen = []
-    tavelle.act("add")
-    wait_until(turn(lambda: portal.asked[1:]), 20, "the portal to be asked again")
+    with Portal(desktop, sources) as portal:
+        tavelle.store()
+        tavelle.start(GTK_USE_PORTAL="1")
+        tavelle.wait("launched")
+        tavelle.act("add")
+        wait_until(lambda: portal.asked, 20, "the portal to be asked")
+        title, options = portal.asked[0]
+        assert title == CHOOSER and options["accept_label"] == "Add" and options["multiple"]
+        mime_types = {name for _kind, name in options["filters"][0][1]}
+        assert mime_types >= {"video/*", "image/*", "text/html"}
+        # GTK hands on what the portal tells in an order of its own.
+        tavelle.wait("showing (one|two <&>)$")
+        assert sorted(tavelle.library.iterdir()) == [tavelle.library / "one", tavelle.library / "two <&>"]
+        # One that nobody answers keeps the program no longer than it wants to run.
+        portal.chosen = []
+        tavelle.act("add")
+        wait_until(lambda: portal.asked[1:], 20, "the portal to be asked again")
+        assert tavelle.stop() == 0

@@ -8,7 +8,8 @@ import socket
 import subprocess
 
 import pytest
-from session import HEAD, TALKING, Gio, GLib, color_page, lives, wait_until
+from bus_service import BusService
+from session import HEAD, TALKING, GLib, color_page, lives, wait_until
 
 MONITORS = 1
 CANVAS = """<canvas id="c"></canvas><script>
@@ -161,23 +162,19 @@ def fixture_video(tmp_path_factory):
     return file
 
 
-SCREEN_SAVER = """<node><interface name="org.freedesktop.ScreenSaver"><method name="Inhibit">
-<arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="u" direction="out"/>
-</method></interface></node>"""
+class ScreenSaver(BusService):
+    def __init__(self, desktop):
+        super().__init__(desktop, "org.freedesktop.ScreenSaver", """<interface name="org.freedesktop.ScreenSaver">
+            <method name="Inhibit"><arg type="s" direction="in"/><arg type="s" direction="in"/>
+            <arg type="u" direction="out"/></method></interface>""", "/org/freedesktop/ScreenSaver", "/ScreenSaver")
+        self.inhibitors = []
+
+    def called(self, _sender, arguments, call):
+        self.inhibitors.append(arguments)
+        call.return_value(GLib.Variant("(u)", (1,)))
 
 
-def test_sound_keeps_no_screen_awake_and_is_no_media_player(tavelle, video):
-    inhibitors = []
-
-    def inhibit(*call):
-        inhibitors.append(call[5].unpack())
-        call[6].return_value(GLib.Variant("(u)", (1,)))
-
-    interface = Gio.DBusNodeInfo.new_for_xml(SCREEN_SAVER).interfaces[0]
-    for path in ("/org/freedesktop/ScreenSaver", "/ScreenSaver"):
-        tavelle.bus.register_object(path, interface, inhibit, None, None)
-    tavelle.ask_bus("RequestName", "(su)", "org.freedesktop.ScreenSaver", 0)
-
+def test_sound_keeps_no_screen_awake_and_is_no_media_player(desktop, tavelle, video):
     folder = tavelle.add("Own", HEAD + """<video id="v" src="sound.mp4" autoplay></video><script>
         v.onplaying = () => say('playing');
         v.onpause = () => say('stopped');
@@ -185,14 +182,10 @@ def test_sound_keeps_no_screen_awake_and_is_no_media_player(tavelle, video):
     </script>""")
     shutil.copy(video, folder)
     tavelle.store(wallpaper="Own")
-    tavelle.start()
-
-    def played():
-        while GLib.MainContext.default().iteration(False):
-            pass
-        return tavelle.found("page: muted false")
-    wait_until(played, 60, "three seconds of sound")
-    assert not inhibitors
+    with ScreenSaver(desktop) as saver:
+        tavelle.start()
+        tavelle.wait("page: muted false")
+        assert not saver.inhibitors
     assert not [name for name in tavelle.ask_bus("ListNames")[0] if "mpris" in name.lower()]
     tavelle.act("toggle-pause")
     tavelle.wait("page: stopped")

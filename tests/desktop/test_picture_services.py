@@ -157,7 +157,7 @@ def plasma_state(screens):
     {"0": [5120, 900, 1280, 720], "1": [3840, 900, 1280, 720]},
 ], ids=["pixels", "scaled", "scaled in place", "displaced"])
 def test_plasma_shows_it_on_the_screen(tavelle, desktop, image, screens):
-    with PlasmaShell(desktop.environment["DBUS_SESSION_BUS_ADDRESS"], plasma_state(screens)) as shell:
+    with PlasmaShell(desktop, plasma_state(screens)) as shell:
         before = tavelle.pictures(**PLASMA)
         names = tavelle.pictures("DUMMY1", image, **PLASMA)
         assert names["DUMMY0"] == before["DUMMY0"] and None not in before.values()
@@ -196,7 +196,7 @@ def test_plasma_refuses(tavelle, desktop, image):
             (state | {"desktops": []}, None, "the Plasma shell says: there is no such screen\n"),
             (one_screen, None, "the Plasma shell says: there is no such screen\n"),
             (state, never, "org.kde.plasmashell evaluateScript: Timeout was reached\n")):
-        with PlasmaShell(desktop.environment["DBUS_SESSION_BUS_ADDRESS"], world, answer):
+        with PlasmaShell(desktop, world, answer):
             start = time.monotonic()
             done = tavelle.run("DUMMY1", image, program=PICTURE_PROBE, **PLASMA)
             assert (done.returncode, error in done.stderr) == (1, True), done.stderr

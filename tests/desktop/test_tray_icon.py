@@ -61,7 +61,7 @@ def test_it_takes_whatever_comes(desktop, tavelle, menu, view, request):
             watcher.call(method, GLib.Variant("(is)" if method == "Scroll" else "(ii)", place))
             assert opens_at is None or menu.close()[:2] == opens_at, method
 
-        properties = watcher.properties()
+        properties = watcher.item_properties()
         assert "Menu" not in properties and properties["ItemIsMenu"] is False
         assert (properties["Title"], properties["ToolTip"][2], properties["Status"]) == ("Tavelle", "Tavelle", "Active")
         assert [(w, h) for w, h, _ in properties["IconPixmap"]] == [(s, s) for s in (16, 22, 24, 32, 48)]

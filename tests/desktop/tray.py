@@ -2,17 +2,17 @@
 
 import configparser
 import subprocess
-import threading
 
-from gi.repository import Gio, GLib
-from session import connect, end, wait_until
+from bus_service import BusService
+from gi.repository import GLib
+from session import end, wait_until
 from Xlib import XK
 
 XFCONF_SERVICE = "/usr/share/dbus-1/services/org.xfce.Xfconf.service"
 WATCHER = "org.kde.StatusNotifierWatcher"
-WATCHER_XML = f"""<node><interface name="{WATCHER}">
+WATCHER_XML = f"""<interface name="{WATCHER}">
 <method name="RegisterStatusNotifierItem"><arg type="s" direction="in"/></method>
-<property name="IsStatusNotifierHostRegistered" type="b" access="read"/></interface></node>"""
+<property name="IsStatusNotifierHostRegistered" type="b" access="read"/></interface>"""
 SETTINGS = """<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfce4-panel" version="1.0"><property name="configver" type="int" value="2"/>
 <property name="panels" type="array"><value type="int" value="1"/>
@@ -105,45 +105,26 @@ class Panel:
             end(process)
 
 
-class Watcher:
+class Watcher(BusService):
     """The place on the bus where icons are registered, with or without a panel behind it."""
 
     def __init__(self, desktop, host):
-        self.host = host
+        super().__init__(desktop, WATCHER, WATCHER_XML, "/StatusNotifierWatcher")
+        self.properties = {"IsStatusNotifierHostRegistered": GLib.Variant("b", host)}
         self.items = []
-        self.bus = connect(desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
-        self.name = 0
-        self.loop = GLib.MainLoop()
-        self.thread = threading.Thread(target=self.loop.run, daemon=True)
-        description = Gio.DBusNodeInfo.new_for_xml(WATCHER_XML).interfaces[0]
-        self.bus.register_object("/StatusNotifierWatcher", description, self._called, self._asked)
 
-    def __enter__(self):
-        self.thread.start()
-        self.name = Gio.bus_own_name_on_connection(self.bus, WATCHER, Gio.BusNameOwnerFlags.NONE)
-        return self
-
-    def __exit__(self, *_):
-        Gio.bus_unown_name(self.name)
-        self.bus.close_sync()
-        self.loop.quit()
-        self.thread.join()
-
-    def _called(self, _bus, _sender, _path, _interface, _method, arguments, call):
-        self.items.append(arguments.unpack()[0])
+    def called(self, _sender, arguments, call):
+        self.items.append(arguments[0])
         call.return_value(None)
 
-    def _asked(self, *_):
-        return GLib.Variant("b", self.host)
-
     def set_host(self, host):
-        self.host = host
+        self.properties = {"IsStatusNotifierHostRegistered": GLib.Variant("b", host)}
         self.bus.emit_signal(None, "/StatusNotifierWatcher", WATCHER, "StatusNotifierHostRegistered", None)
 
     def call(self, method, arguments, interface="org.kde.StatusNotifierItem"):
         return self.bus.call_sync(self.items[-1], "/StatusNotifierItem", interface, method, arguments, None, 0, -1, None)
 
-    def properties(self):
+    def item_properties(self):
         return self.call("GetAll", GLib.Variant("(s)", ("org.kde.StatusNotifierItem",)),
                          "org.freedesktop.DBus.Properties").unpack()[0]
 
