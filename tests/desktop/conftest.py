@@ -8,15 +8,10 @@ from tray import Menu, Panel
 from windows import Windows
 
 
-@pytest.fixture(scope="module", name="monitors")
-def fixture_monitors(request):
-    """How many monitors the module's desktop has."""
-    return getattr(request.module, "MONITORS", 2)
-
-
 @pytest.fixture(scope="module", name="desktop")
-def fixture_desktop(monitors):
-    with VirtualDesktop(monitors=monitors) as desktop:
+def fixture_desktop(request):
+    """With as many monitors as the module says."""
+    with VirtualDesktop(monitors=getattr(request.module, "MONITORS", 2)) as desktop:
         yield desktop
 
 
@@ -35,6 +30,15 @@ def fixture_windows(view):
     view.ask_manager("_NET_SHOWING_DESKTOP", view.root, 0)
     view.ask_manager("_NET_CURRENT_DESKTOP", view.root, 0)
     opened.close()
+
+
+@pytest.fixture(scope="session", name="video")
+def fixture_video(tmp_path_factory):
+    """A file of a minute, with sound."""
+    file = tmp_path_factory.mktemp("video") / "video.mp4"
+    subprocess.run(["ffmpeg", "-loglevel", "error", "-f", "lavfi", "-i", "testsrc=size=320x240:rate=30:duration=60",
+                    "-f", "lavfi", "-i", "sine=duration=60", "-pix_fmt", "yuv420p", file], check=True)
+    return file
 
 
 @pytest.fixture(name="panel")

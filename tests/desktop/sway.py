@@ -62,6 +62,21 @@ class SwayDesktop(Session):
         return {each["name"]: tuple(each["rect"][side] for side in ("x", "y", "width", "height"))
                 for each in self.ask(kind="get_outputs") if each["active"]}
 
+    def windows(self):
+        """All windows as sway describes them, by the application's name."""
+        found, trees = {}, [self.ask(kind="get_tree")]
+        for tree in trees:
+            trees += tree["nodes"] + tree["floating_nodes"]
+            if tree.get("app_id"):
+                found[tree["app_id"]] = tree
+        return found
+
+    def open(self, name):
+        """Opens a red window, and gives its process."""
+        process = self.start(["foot", "--app-id", name, "--override", "colors.background=ff0000", "sleep", "600"])
+        wait_until(lambda: name in self.windows(), 20, name)
+        return process
+
     def plug(self):
         """Adds an output, and gives its name."""
         before = set(self.outputs())

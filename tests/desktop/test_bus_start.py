@@ -7,15 +7,11 @@ import signal
 import pytest
 from session import BINARY, GLib, color_page, lives, wait_until
 
+MONITORS = 1
 NAME, PATH = "org.tavelle.Tavelle", "/org/tavelle/Tavelle"
 # What the bus starts the program for; a name can be asked for with nothing to say to it, too.
 WAYS = {"an activation": lambda bus: bus.activate(), "a command": lambda bus: bus.tavelle.show("Other"),
         "nothing": lambda bus: bus.tavelle.ask_bus("StartServiceByName", "(su)", NAME, 0)}
-
-
-@pytest.fixture(scope="module", name="monitors")
-def fixture_monitors():
-    return 1
 
 
 class Bus:

@@ -1,7 +1,5 @@
 """The wallpaper rests where nobody sees it."""
 
-import subprocess
-
 import pytest
 from session import HEAD, wait_until
 
@@ -21,14 +19,6 @@ v.ontimeupdate = () => {
   tell('goes on');
 };
 </script>"""
-
-
-@pytest.fixture(scope="module", name="video")
-def fixture_video(tmp_path_factory):
-    file = tmp_path_factory.mktemp("video") / "video.mp4"
-    subprocess.run(["ffmpeg", "-loglevel", "error", "-f", "lavfi", "-i", "testsrc=size=320x240:rate=30:duration=20",
-                    "-pix_fmt", "yuv420p", file], check=True)
-    return file
 
 
 @pytest.fixture(name="playing")

@@ -5,7 +5,6 @@ import re
 import shutil
 import signal
 import socket
-import subprocess
 
 import pytest
 from bus_service import BusService
@@ -154,14 +153,6 @@ def test_page_cannot_leave_its_window(tavelle, view):
     tavelle.wait("page: new page")
 
 
-@pytest.fixture(scope="module", name="video")
-def fixture_video(tmp_path_factory):
-    file = tmp_path_factory.mktemp("video") / "sound.mp4"
-    subprocess.run(["ffmpeg", "-loglevel", "error", "-f", "lavfi", "-i", "testsrc=size=320x240:rate=30:duration=60",
-                    "-f", "lavfi", "-i", "sine=duration=60", "-pix_fmt", "yuv420p", file], check=True)
-    return file
-
-
 class ScreenSaver(BusService):
     def __init__(self, desktop):
         super().__init__(desktop, "org.freedesktop.ScreenSaver", """<interface name="org.freedesktop.ScreenSaver">
@@ -175,7 +166,7 @@ class ScreenSaver(BusService):
 
 
 def test_sound_keeps_no_screen_awake_and_is_no_media_player(desktop, tavelle, video):
-    folder = tavelle.add("Own", HEAD + """<video id="v" src="sound.mp4" autoplay></video><script>
+    folder = tavelle.add("Own", HEAD + """<video id="v" src="video.mp4" autoplay></video><script>
         v.onplaying = () => say('playing');
         v.onpause = () => say('stopped');
         v.ontimeupdate = () => { if (v.currentTime > 3) { say(`muted ${v.muted}`); v.ontimeupdate = null; } };

@@ -36,38 +36,29 @@ def fixture_tavelle(desktop, tmp_path):
     tavelle.bus.close_sync()
 
 
-def open_window(desktop, name):
-    desktop.start(["foot", "--app-id", name, "--override", "initial-window-size-pixels=300x200", "sleep", "1000"])
-    wait_until(lambda: f'"{name}"' in desktop.run("swaymsg", "-rt", "get_tree"), 20, f"the window {name}")
-
-
 def test_sway_tells_where_windows_are(tavelle, desktop):
     expect(tavelle, [])
-    open_window(desktop, "a")
-    open_window(desktop, "b")
-    left, right = (0, 0, 640, 720), (640, 0, 640, 720)
-    expect(tavelle, [left, right])
-    desktop.do("[app_id=b] border normal")
-    expect(tavelle, [left, right])
-    desktop.do("[app_id=b] border none, floating enable, resize set 400 300, move absolute position 1200 100")
-    expect(tavelle, [(1200, 100, 400, 300), FIRST])
-    desktop.do("[app_id=b] move scratchpad")
-    expect(tavelle, [FIRST])
-    desktop.do("focus output HEADLESS-1; workspace 7")
-    expect(tavelle, [])
-    desktop.do("workspace 1; [app_id=b] scratchpad show; [app_id=b] floating disable; layout tabbed")
-    expect(tavelle, [FIRST])
-    desktop.do("[app_id=a] fullscreen enable")
-    expect(tavelle, [FIRST])
-    desktop.do("[app_id=a] fullscreen disable; [app_id=b] move container to workspace 2")
-    expect(tavelle, [FIRST, SECOND])
+    desktop.open("a")
+    desktop.open("b")
+    left, right, floating = (0, 0, 640, 720), (640, 0, 640, 720), (1200, 100, 400, 300)
+    for command, rects in (
+            ("[app_id=b] border normal", [left, right]),
+            ("[app_id=b] border none, floating enable, resize set 400 300, move absolute position 1200 100",
+             [floating, FIRST]),
+            ("[app_id=b] move scratchpad", [FIRST]),
+            ("focus output HEADLESS-1; workspace 7", []),
+            ("workspace 1; [app_id=b] scratchpad show; [app_id=b] floating disable; layout tabbed", [FIRST]),
+            ("[app_id=a] fullscreen enable", [FIRST]),
+            ("[app_id=a] fullscreen disable; [app_id=b] move container to workspace 2", [FIRST, SECOND])):
+        desktop.do(command)
+        expect(tavelle, rects)
 
 
 def test_what_a_panel_leaves_is_what_counts(tavelle, desktop):
     desktop.start(["/usr/bin/python3", "-c", PANEL])
     areas = [(0, 30, 1280, 690), SECOND]
     wait_until(lambda: any(each["rect"]["y"] == 30 for each in desktop.ask(kind="get_workspaces")), 20, "the panel")
-    open_window(desktop, "a")
+    desktop.open("a")
     expect(tavelle, areas[:1], areas)
     desktop.do("gaps outer all set 60")
     expect(tavelle, [(60, 90, 1160, 570)], areas)
@@ -76,7 +67,7 @@ def test_what_a_panel_leaves_is_what_counts(tavelle, desktop):
 def test_other_compositors_tell_of_windows_that_fill_the_screen(tavelle, desktop):
     # Without its socket sway is one of them.
     for source in ({"SWAYSOCK": ""}, {"SWAYSOCK": "/nowhere"}):
-        open_window(desktop, "a")
+        desktop.open("a")
         expect(tavelle, [], **source)
         desktop.do("fullscreen enable")
         expect(tavelle, [FIRST], **source)
@@ -88,17 +79,17 @@ def test_other_compositors_tell_of_windows_that_fill_the_screen(tavelle, desktop
 
 def test_a_socket_of_another_sway_says_nothing_of_this_one(tavelle, desktop):
     with SwayDesktop() as other:
-        open_window(other, "a")
+        other.open("a")
         expect(tavelle, [], SWAYSOCK=other.environment["SWAYSOCK"])
 
 
 @pytest.mark.parametrize("source", [{}, {"SWAYSOCK": ""}], ids=["sway's socket", "the common protocol"])
 def test_changes_of_windows_are_told(desktop, told, source):
-    open_window(desktop, "a")
+    desktop.open("a")
     lines = told(**source)
     before = 0 if source else 1
     assert lines()[-1] == f"{MONITORS} {before}"
-    open_window(desktop, "b")
+    desktop.open("b")
     for command, number in [("[app_id=b] fullscreen enable", 1), ("[app_id=b] kill", before)]:
         seen = len(lines())
         desktop.do(command)
@@ -112,7 +103,7 @@ def test_monitors_stay_where_they_are_when_they_are_told_again(desktop, told):
     # Describes the monitors again, all but their places.
     desktop.do("reload")
     wait_until(lambda: lines()[seen:], 20, "the monitors")
-    open_window(desktop, "a")
+    desktop.open("a")
     wait_until(lambda: lines()[-1] == f"{MONITORS} 1", 20, lambda: f"the window; it says {lines()}")
     assert set(lines()) == {f"{MONITORS} 0", f"{MONITORS} 1"}
     desktop.do("output * scale 2; output HEADLESS-2 position 640 0")

@@ -83,14 +83,6 @@ def test_clicks_go_through_to_what_lies_below(tavelle, view):
     assert view.property(view.root, "_NET_ACTIVE_WINDOW") == [window.id]
 
 
-def test_stays_on_every_workspace(tavelle, view, windows):
-    tavelle.play(color_page("#008000"))
-    for workspace in (1, 0):
-        windows.go_to(workspace)
-        assert view.places_in_sight() == PLACES
-        wait_until(lambda: view.colors(0, 0, 2560, 720) == {GREEN}, 20, "the wallpaper on the workspace")
-
-
 def test_lies_lowest_without_a_window_manager(tmp_path):
     with VirtualDesktop(monitors=1, window_manager=False) as desktop:
         view = XView(desktop.environment["DISPLAY"])
