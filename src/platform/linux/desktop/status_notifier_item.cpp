@@ -75,9 +75,9 @@ StatusNotifierItem::~StatusNotifierItem() {
   if (object_ != 0) bus_->unregister_object(object_);
 }
 
-void StatusNotifierItem::connected(const Result& result) {
+void StatusNotifierItem::connected(const Answer& answer) {
   try {
-    bus_ = Gio::DBus::Connection::get_finish(result);
+    bus_ = Gio::DBus::Connection::get_finish(answer);
     publish();
   } catch (const Glib::Error&) {
     // No session bus, or an item of this process is on it already: the icon is shown in another way.
@@ -114,9 +114,9 @@ void StatusNotifierItem::callWatcher(const char* interface, const char* method, 
              Gio::DBus::CALL_FLAGS_NO_AUTO_START);
 }
 
-void StatusNotifierItem::registered(const Result& result) {
+void StatusNotifierItem::registered(const Answer& answer) {
   try {
-    bus_->call_finish(result);
+    bus_->call_finish(answer);
   } catch (const Glib::Error&) {
     return;
   }
@@ -132,13 +132,13 @@ void StatusNotifierItem::askForHost() {
               &StatusNotifierItem::toldOfHost);
 }
 
-void StatusNotifierItem::toldOfHost(const Result& result) {
+void StatusNotifierItem::toldOfHost(const Answer& answer) {
   try {
-    const auto answer = bus_->call_finish(result);
+    const auto reply = bus_->call_finish(answer);
     gboolean there = TRUE;
     // Whoever answers something else has taken the icon all the same.
-    if (answer.get_type_string() == "(v)") {
-      const GVariantPtr tuple(answer.gobj_copy());
+    if (reply.get_type_string() == "(v)") {
+      const GVariantPtr tuple(reply.gobj_copy());
       const GVariantPtr boxed(g_variant_get_child_value(tuple.get(), 0));
       const GVariantPtr plain(g_variant_get_variant(boxed.get()));
       if (g_variant_is_of_type(plain.get(), G_VARIANT_TYPE_BOOLEAN)) there = g_variant_get_boolean(plain.get());

@@ -27,17 +27,17 @@ class StatusNotifierItem : public sigc::trackable {
 
  private:
   using Bus = Glib::RefPtr<Gio::DBus::Connection>;
-  using Result = Glib::RefPtr<Gio::AsyncResult>;
-  using Call = void (StatusNotifierItem::*)(const Result& result);
+  using Answer = Glib::RefPtr<Gio::AsyncResult>;
+  using Call = void (StatusNotifierItem::*)(const Answer& answer);
 
-  void connected(const Result& result);
+  void connected(const Answer& answer);
   void publish();
   void watcherAppeared();
   void watcherVanished();
   void callWatcher(const char* interface, const char* method, const Glib::VariantContainerBase& given, Call done);
-  void registered(const Result& result);
+  void registered(const Answer& answer);
   void askForHost();
-  void toldOfHost(const Result& result);
+  void toldOfHost(const Answer& answer);
   void setShown(bool shown);
   void methodCalled(const std::string& method, const Glib::VariantContainerBase& given);
   void click(int x, int y);
