@@ -97,15 +97,19 @@ def test_changes_of_windows_are_told(desktop, told, source):
                    f"{number} after {command}")
 
 
-def test_monitors_stay_where_they_are_when_they_are_told_again(desktop, told):
-    lines = told()
+def test_monitors_are_where_the_compositor_has_them(desktop, told):
+    # By the common protocol nothing is told of windows while monitors change.
+    lines = told(SWAYSOCK="")
     seen = len(lines())
     # Describes the monitors again, all but their places.
     desktop.do("reload")
     wait_until(lambda: lines()[seen:], 20, "the monitors")
     desktop.open("a")
+    desktop.do("fullscreen enable")
     wait_until(lambda: lines()[-1] == f"{MONITORS} 1", 20, lambda: f"the window; it says {lines()}")
     assert set(lines()) == {f"{MONITORS} 0", f"{MONITORS} 1"}
-    desktop.do("output * scale 2; output HEADLESS-2 position 640 0")
-    wait_until(lambda: lines()[-1] == "HEADLESS-1 0 0 640 360 HEADLESS-2 640 0 640 360 1", 20,
-               lambda: f"the new places; it says {lines()}")
+    # Beside a higher one all of them together take the same room, wherever it is.
+    for command, place in (("scale 2", "1280 0 640 360"), ("position 1280 100", "1280 100 640 360")):
+        desktop.do(f"output HEADLESS-2 {command}")
+        wait_until(lambda: lines()[-1] == f"HEADLESS-1 0 0 1280 720 HEADLESS-2 {place} 1", 20,
+                   lambda: f"{place}; it says {lines()}")

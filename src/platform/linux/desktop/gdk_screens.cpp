@@ -80,7 +80,7 @@ Registration GdkScreens::onChange(std::function<void()> changed) {
   return registration;
 }
 
-/// On Wayland the screen tells only of changes that alter the extent of all monitors.
+/// What the compositor tells after GDK's screen has told of a change, WaylandOutputs makes known by the monitor.
 void GdkScreens::listenTo(GdkMonitor* monitor) {
   g_signal_connect_swapped(monitor, "notify::geometry", G_CALLBACK(changed), this);
   listenedTo_.push_back(retain(monitor));
