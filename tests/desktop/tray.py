@@ -143,5 +143,6 @@ def in_sight(view):
 
 
 def embedded(view):
-    """The icons that an X tray shows. One that changes its parent meanwhile comes twice."""
-    return list({window.id: window for window in view.named("Tavelle")}.values())
+    """The icons that an X tray shows. One that changes its parent meanwhile comes twice; a window of one pixel's width is
+    one that the toolkit replaces when it has learnt how the tray wants it."""
+    return list({window.id: window for window in view.named("Tavelle", wider_than=1)}.values())
