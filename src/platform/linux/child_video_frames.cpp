@@ -90,8 +90,12 @@ Result<GroupLeader> spawn(const std::filesystem::path& program, std::vector<std:
   return GroupLeader(id);
 }
 
-/// All that comes out of the pipe before its other end is closed; none when that is still open at `deadline`.
-std::optional<std::string> readBefore(SteadyClock::time_point deadline, const FileDescriptor& pipe) {
+Error tooLong() { return {"the decoder takes too long"}; }
+
+/// All that comes out of the pipe before its other end is closed, which must be before `deadline`.
+Result<std::string> readBefore(SteadyClock::time_point deadline, const FileDescriptor& pipe) {
+  // Several times the largest picture: a decoder that a video has taken over could send without an end.
+  constexpr std::size_t most = 128UL << 20U;
   std::string bytes;
   std::array<char, 65536> block{};
   while (true) {
@@ -99,13 +103,14 @@ std::optional<std::string> readBefore(SteadyClock::time_point deadline, const Fi
     pollfd waited{.fd = pipe.get(), .events = POLLIN, .revents = 0};
     const int ready = poll(&waited, 1, static_cast<int>(std::max<decltype(left)>(left, 0)));
     if (ready < 0 && errno == EINTR) continue;
-    if (ready <= 0) return std::nullopt;
+    if (ready == 0) return tooLong();
+    if (ready < 0) return systemError("poll", errno);
     const ssize_t count = read(pipe.get(), block.data(), block.size());
     if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return std::nullopt;
+    if (count < 0) return systemError("read", errno);
     if (count == 0) return bytes;
     bytes.append(block.data(), static_cast<std::size_t>(count));
-    if (left <= 0) return std::nullopt;
+    if (bytes.size() > most) return Error{"the decoder sends too much"};
   }
 }
 
@@ -124,11 +129,12 @@ Result<std::string> ChildVideoFrames::jpegOfFrame(const std::filesystem::path& v
 
   GroupLeader leader = std::move(helper).value();
   auto answer = readBefore(deadline, output);
-  const auto status = answer ? leader.statusBefore(deadline) : std::nullopt;
-  if (!status) return Error{"the decoder takes too long"};
+  if (!answer) return answer;
+  const auto status = leader.statusBefore(deadline);
+  if (!status) return tooLong();
   if (!WIFEXITED(*status)) return Error{"the decoder crashed"};
   if (WEXITSTATUS(*status) != 0 || answer->empty()) return Error{escapedUtf8(answer->substr(0, answer->find('\n')))};
-  return *std::move(answer);
+  return answer;
 }
 
 }  // namespace tavelle
