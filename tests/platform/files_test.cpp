@@ -112,19 +112,26 @@ TEST(LinuxFiles, CopiesWhatIsInAFile) {
   EXPECT_TRUE(files.read(folder.path() / "status")->starts_with("Name:"));
 }
 
-TEST(LinuxFiles, LeavesNoHalfCopyOnAFullDisk) {
+TEST(LinuxFiles, LeavesNothingOfAFileThatIsNotWhole) {
   const TemporaryFolder folder;
-  std::ofstream(folder.path() / "original") << std::string(200'000, 'x');
-  // A child of its own, so that the limit is its alone.
-  const auto copyWithLittleRoom = [&] {
-    signal(SIGXFSZ, SIG_IGN);
+  const std::string bytes(200'000, 'x');
+  std::ofstream(folder.path() / "original") << bytes;
+  // In a child, so that the limit is its alone. Half way it is killed, or told of an error when it ignores that.
+  const auto tryWithLittleRoom = [&](auto onSignal, const auto& attempt) {
+    signal(SIGXFSZ, onSignal);
     const rlimit limit{100'000, 100'000};
     setrlimit(RLIMIT_FSIZE, &limit);
-    const auto copied = LinuxFiles().copyFile(folder.path() / "original", folder.path() / "copy");
-    exit(copied ? 0 : 1);
+    LinuxFiles files;
+    exit(attempt(files) ? 0 : 1);
   };
-  EXPECT_EXIT(copyWithLittleRoom(), testing::ExitedWithCode(1), "");
+  const auto copy = [&](Files& files) { return files.copyFile(folder.path() / "original", folder.path() / "copy"); };
+  const auto replace = [&](Files& files) { return files.write(folder.path() / "original", bytes + "more"); };
+  EXPECT_EXIT(tryWithLittleRoom(SIG_IGN, copy), testing::ExitedWithCode(1), "");
+  EXPECT_EXIT(tryWithLittleRoom(SIG_DFL, copy), testing::KilledBySignal(SIGXFSZ), "");
+  EXPECT_EXIT(tryWithLittleRoom(SIG_IGN, replace), testing::ExitedWithCode(1), "");
+  EXPECT_EXIT(tryWithLittleRoom(SIG_DFL, replace), testing::KilledBySignal(SIGXFSZ), "");
   EXPECT_EQ(namesIn(LinuxFiles(), folder.path(), Files::Hidden::include), std::vector<std::string>{"original"});
+  EXPECT_EQ(contentOf(folder.path() / "original"), bytes);
 }
 
 TEST(LinuxFiles, SaysWhenTheDiskIsFull) {

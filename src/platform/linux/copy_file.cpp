@@ -8,13 +8,12 @@
 
 #include <array>
 #include <cerrno>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
 #include "app/text.h"
 #include "platform/linux/file_descriptor.h"
-#include "platform/linux/rename_to_new.h"
+#include "platform/linux/staged_file.h"
 
 namespace tavelle {
 namespace {
@@ -52,7 +51,6 @@ Result<void> fill(const FileDescriptor& copy, const FileDescriptor& source, cons
   if (after.st_size < before.st_size) return Error{"the file became shorter while it was copied"};
   // Whoever may not write the source can do as they like with a copy of their own.
   if (fchmod(copy.get(), (before.st_mode & 0777U) | S_IRUSR | S_IWUSR) != 0) return systemError("copy", errno);
-  if (fsync(copy.get()) != 0) return systemError("copy", errno);
   return {};
 }
 
@@ -65,15 +63,12 @@ Result<void> copyRegularFile(const fs::path& from, const fs::path& to) {
   if (!source || fstat(source.get(), &info) != 0) return systemError(from.native(), errno);
   if (!S_ISREG(info.st_mode)) return Error{escapedUtf8(from.native()) + ": not a file"};
 
-  // Not made of the target's name, which may be as long as names can be.
-  std::string temporary = (to.parent_path() / ".copy.XXXXXX").native();
-  const FileDescriptor copy(mkostemp(temporary.data(), O_CLOEXEC));
-  if (!copy) return systemError(to.native(), errno);
-  Result<void> result = fill(copy, source, info);
-  if (!result) result = Error{escapedUtf8(to.native()) + ": " + result.error().description};
-  if (result) result = renameToNew(temporary, to);
-  if (!result) unlink(temporary.c_str());
-  return result;
+  auto copy = StagedFile::make(to);
+  if (!copy) return copy.error();
+  if (const auto filled = fill(copy->descriptor(), source, info); !filled) {
+    return Error{escapedUtf8(to.native()) + ": " + filled.error().description};
+  }
+  return std::move(copy).value().commitNew();
 }
 
 }  // namespace tavelle

@@ -70,8 +70,8 @@ Result<void> LinuxFiles::createFolders(const fs::path& folder) {
 
 Result<void> LinuxFiles::copy(const fs::path& from, const fs::path& to) {
   // Copied into a folder of its own beside the target, under a hidden name that listings pass over, then moved into
-  // place in one step.
-  std::string workshop = (to.parent_path() / ("." + to.filename().native() + ".XXXXXX")).native();
+  // place in one step. The name is not made of the target's, which may be as long as names can be.
+  std::string workshop = (to.parent_path() / ".tavelle.XXXXXX").native();
   if (!mkdtemp(workshop.data())) return systemError(to.native(), errno);
   const fs::path half = fs::path(workshop) / to.filename();
   std::error_code code;
