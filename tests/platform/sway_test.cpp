@@ -1,12 +1,18 @@
+#include <glib.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
 
 #include <array>
+#include <future>
+#include <memory>
 #include <string>
 
+#include "platform/linux/sway/sway_client.h"
 #include "platform/linux/sway/sway_connection.h"
+#include "platform/linux/sway/sway_events.h"
 #include "platform/linux/sway/sway_tree.h"
 
 namespace tavelle {
@@ -140,29 +146,43 @@ std::string message(std::uint32_t type, const std::string& payload, const char* 
   return magic + std::string(reinterpret_cast<const char*>(head.data()), sizeof head) + payload;
 }
 
-/// A sway that takes one connection and says the same whatever it is asked; it hangs up in the end, or when told to.
-class Speaker {
+const std::string subscribed = message(2, R"({"success":true})");
+
+/// The socket of a sway that says whatever it is told to.
+class SwaySocket {
  public:
-  Speaker(const std::string& words, bool hangUp) {
+  SwaySocket() {
     sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
-    path().copy(static_cast<char*>(address.sun_path), sizeof address.sun_path - 1);
-    unlink(path().c_str());
+    path.copy(static_cast<char*>(address.sun_path), sizeof address.sun_path - 1);
+    unlink(path.c_str());
     EXPECT_EQ(bind(listener_.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-    EXPECT_EQ(listen(listener_.get(), 1), 0);
-    connection = SwayConnection::open(path());
-    const FileDescriptor other(accept(listener_.get(), nullptr, nullptr));
-    EXPECT_TRUE(other.writeAll(words));
-    if (!hangUp) other_ = FileDescriptor(dup(other.get()));
+    EXPECT_EQ(listen(listener_.get(), 5), 0);
   }
-  ~Speaker() { unlink(path().c_str()); }
+  ~SwaySocket() { unlink(path.c_str()); }
 
-  static std::string path() { return testing::TempDir() + "sway-" + std::to_string(getpid()); }
+  /// Whether somebody has connected whom nobody has said anything to; who does so soon counts, too.
+  bool isCalled(std::chrono::milliseconds soon = 0ms) const {
+    pollfd waiting{.fd = listener_.get(), .events = POLLIN, .revents = 0};
+    return poll(&waiting, 1, static_cast<int>(soon.count())) > 0;
+  }
 
-  std::optional<SwayConnection> connection;
+  /// Takes the next connection, which comes soon, and says this.
+  FileDescriptor say(const std::string& words) const {
+    EXPECT_TRUE(isCalled(20s));
+    FileDescriptor other(isCalled() ? accept(listener_.get(), nullptr, nullptr) : -1);
+    EXPECT_TRUE(other.writeAll(words));
+    return other;
+  }
+
+  /// The same, while somebody waits for it.
+  std::future<FileDescriptor> sayMeanwhile(const std::string& words) const {
+    return std::async(std::launch::async, [this, words] { return say(words); });
+  }
+
+  const std::string path = testing::TempDir() + "sway-" + std::to_string(getpid());
 
  private:
   const FileDescriptor listener_{socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)};
-  FileDescriptor other_;
 };
 
 TEST(SwayConnection, GivesWholeAnswersOnlyAndInTime) {
@@ -175,6 +195,7 @@ TEST(SwayConnection, GivesWholeAnswersOnlyAndInTime) {
     bool hangUp;
     std::optional<std::size_t> answer;
   };
+  auto sway = std::make_unique<SwaySocket>();
   for (const auto& [what, words, hangUp, answer] : std::initializer_list<Case>{
            {"an answer", whole, false, 60000},
            {"events before it", event + event + whole, false, 60000},
@@ -185,25 +206,75 @@ TEST(SwayConnection, GivesWholeAnswersOnlyAndInTime) {
            {"an answer to something else", message(1, "[]") + whole, false, {}},
            {"another language", message(tree, "{}", "HTTP/1"), false, {}},
            {"more than anybody can hold", std::string("i3-ipc\xff\xff\xff\x7f\x04\0\0\0", 14), false, {}}}) {
-    Speaker sway(words, hangUp);
-    ASSERT_TRUE(sway.connection) << what;
+    auto connection = SwayConnection::open(sway->path);
+    ASSERT_TRUE(connection) << what;
+    auto other = sway->say(words);
+    if (hangUp) other = FileDescriptor();
     const auto begin = std::chrono::steady_clock::now();
-    const auto said = sway.connection->ask(SwayRequest::tree, "", answer ? 10s : 50ms);
+    const auto said = connection->ask(SwayRequest::tree, "", answer ? 10s : 50ms);
     EXPECT_EQ(said ? std::optional(said->size()) : std::nullopt, answer) << what;
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 5s) << what;
   }
-  EXPECT_FALSE(SwayConnection::open(Speaker::path())) << "nobody";
+  const std::string path = sway->path;
+  sway.reset();
+  EXPECT_FALSE(SwayConnection::open(path)) << "nobody";
   EXPECT_FALSE(SwayConnection::open(std::string(200, 'x'))) << "no such path";
 }
 
 TEST(SwayConnection, TakesEventsUntilItBreaks) {
-  Speaker open(message(2, "{}") + message(0x80000003U, "one") + message(0x80000000U, "two") + "i3-i", false);
-  EXPECT_TRUE(open.connection->ask(SwayRequest::subscribe, "[]", 10s));
-  EXPECT_EQ(open.connection->takeEvents(), (std::vector<std::string>{"one", "two"}));
-  EXPECT_EQ(open.connection->takeEvents(), std::vector<std::string>{});
-  EXPECT_EQ(open.connection->server(), getpid());
-  Speaker gone("", true);
-  EXPECT_FALSE(gone.connection->takeEvents());
+  const SwaySocket sway;
+  auto connection = SwayConnection::open(sway.path);
+  ASSERT_TRUE(connection);
+  auto other = sway.say(subscribed + message(0x80000003U, "one") + message(0x80000000U, "two") + "i3-i");
+  EXPECT_TRUE(connection->ask(SwayRequest::subscribe, "[]", 10s));
+  EXPECT_EQ(connection->takeEvents(), (std::vector<std::string>{"one", "two"}));
+  EXPECT_EQ(connection->takeEvents(), std::vector<std::string>{});
+  EXPECT_EQ(connection->server(), getpid());
+  other = FileDescriptor();
+  EXPECT_FALSE(connection->takeEvents());
+}
+
+TEST(SwayClient, AsksAgainOnANewConnection) {
+  const SwaySocket sway;
+  SwayClient client(sway.path, {.answer = 10s});
+  for (int i = 0; i < 2; ++i) {
+    // The connection ends with each answer.
+    const auto said = sway.sayMeanwhile(message(4, "{}"));
+    EXPECT_EQ(client.ask(SwayRequest::tree), "{}") << i;
+  }
+}
+
+TEST(SwayClient, LeavesAloneWhoNeverAnswers) {
+  for (const bool rests : {true, false}) {
+    const SwaySocket sway;
+    SwayClient client(sway.path, {.answer = 1ms, .rest = rests ? 1h : 0ms});
+    EXPECT_FALSE(client.ask(SwayRequest::tree));
+    sway.say("");
+    EXPECT_FALSE(client.ask(SwayRequest::tree));
+    EXPECT_NE(sway.isCalled(), rests);
+  }
+}
+
+TEST(SwayEvents, AreHeardAgainAfterTheirEnd) {
+  const SwaySocket sway;
+  int calls = 0;
+  const auto isCalled = [&](int times) {
+    const auto end = std::chrono::steady_clock::now() + 20s;
+    while (calls < times && std::chrono::steady_clock::now() < end) g_main_context_iteration(nullptr, FALSE);
+    return calls == times;
+  };
+  auto first = sway.sayMeanwhile(subscribed);
+  const SwayEvents events(sway.path, [&] { ++calls; }, {.answer = 20s, .rest = 1ms});
+  auto other = first.get();
+  EXPECT_TRUE(other.writeAll(message(0x80000003U, R"({"change":"close"})")));
+  EXPECT_TRUE(isCalled(1));
+  auto second = sway.sayMeanwhile(subscribed);
+  other = FileDescriptor();
+  EXPECT_TRUE(isCalled(2)) << "the end itself";
+  EXPECT_TRUE(isCalled(3)) << "whatever came in between";
+  other = second.get();
+  EXPECT_TRUE(other.writeAll(message(0x80000003U, R"({"change":"close"})")));
+  EXPECT_TRUE(isCalled(4));
 }
 
 }  // namespace

@@ -17,6 +17,14 @@ namespace tavelle {
 /// What sway can be asked, by its own numbers (sway-ipc(7)).
 enum class SwayRequest : std::uint32_t { workspaces = 1, subscribe = 2, tree = 4 };
 
+/// How long sway is waited for.
+struct SwayPatience {
+  /// For an answer: far more than it takes for a thousand windows, and the user waits meanwhile.
+  std::chrono::milliseconds answer{250};
+  /// Until it is asked again after it has failed.
+  std::chrono::milliseconds rest{10'000};
+};
+
 /// One connection to the socket on which sway answers questions about itself. It never waits longer than it is told to.
 /// One thread at a time.
 class SwayConnection {

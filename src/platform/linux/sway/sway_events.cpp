@@ -7,17 +7,9 @@
 #include "platform/linux/sway/sway_tree.h"
 
 namespace tavelle {
-namespace {
 
-using namespace std::chrono_literals;
-
-constexpr auto patience = 250ms;
-constexpr unsigned secondsBetweenTries = 10;
-
-}  // namespace
-
-SwayEvents::SwayEvents(std::filesystem::path socket, std::function<void()> happened)
-    : socket_(std::move(socket)), happened_(std::move(happened)) {
+SwayEvents::SwayEvents(std::filesystem::path socket, std::function<void()> happened, SwayPatience patience)
+    : socket_(std::move(socket)), happened_(std::move(happened)), patience_(patience) {
   listen();
 }
 
@@ -28,17 +20,29 @@ SwayEvents::~SwayEvents() {
 
 void SwayEvents::listen() {
   connection_ = SwayConnection::open(socket_);
-  if (connection_ && !connection_->ask(SwayRequest::subscribe, R"(["window","workspace"])", patience)) {
+  if (connection_ && !connection_->ask(SwayRequest::subscribe, R"(["window","workspace"])", patience_.answer)) {
     connection_.reset();
   }
   // What has come in with the answer would not make the descriptor readable again.
   if (connection_) drain();
   if (!connection_) {
-    timer_ = g_timeout_add_seconds(secondsBetweenTries, retry, this);
+    listenLater();
     return;
   }
   constexpr auto conditions = static_cast<GIOCondition>(G_IO_IN | G_IO_HUP | G_IO_ERR);
   source_ = g_unix_fd_add(connection_->descriptor(), conditions, reinterpret_cast<GUnixFDSourceFunc>(readable), this);
+}
+
+void SwayEvents::listenLater() {
+  const auto retry = [](gpointer data) -> gboolean {
+    auto* const self = static_cast<SwayEvents*>(data);
+    self->timer_ = 0;
+    self->listen();
+    // Nobody knows what has happened meanwhile.
+    if (self->connection_) self->tell();
+    return G_SOURCE_REMOVE;
+  };
+  timer_ = g_timeout_add(static_cast<guint>(patience_.rest.count()), retry, this);
 }
 
 int SwayEvents::readable(int /*descriptor*/, unsigned /*condition*/, void* data) {
@@ -47,20 +51,16 @@ int SwayEvents::readable(int /*descriptor*/, unsigned /*condition*/, void* data)
   const bool goesOn = self->connection_.has_value();
   if (!goesOn) {
     self->source_ = 0;
-    self->timer_ = g_timeout_add_seconds(secondsBetweenTries, retry, self);
+    self->listenLater();
   }
-  if (mattered) {
-    const auto happened = self->happened_;
-    happened();
-  }
+  if (mattered) self->tell();
   return goesOn ? G_SOURCE_CONTINUE : G_SOURCE_REMOVE;
 }
 
-int SwayEvents::retry(void* data) {
-  auto* const self = static_cast<SwayEvents*>(data);
-  self->timer_ = 0;
-  self->listen();
-  return G_SOURCE_REMOVE;
+void SwayEvents::tell() const {
+  // The one who is told may end this.
+  const auto happened = happened_;
+  happened();
 }
 
 bool SwayEvents::drain() {

@@ -13,22 +13,24 @@ namespace tavelle {
 class SwayEvents {
  public:
   /// Calls `happened` on the main loop after windows may have changed their places, once for all that comes in
-  /// together. It may end the listening.
-  SwayEvents(std::filesystem::path socket, std::function<void()> happened);
+  /// together, and after times in which nobody told. It may end the listening.
+  SwayEvents(std::filesystem::path socket, std::function<void()> happened, SwayPatience patience = {});
   SwayEvents(const SwayEvents&) = delete;
   SwayEvents& operator=(const SwayEvents&) = delete;
   ~SwayEvents();
 
  private:
   static int readable(int descriptor, unsigned condition, void* data);
-  static int retry(void* data);
 
   void listen();
+  void listenLater();
+  void tell() const;
   /// Takes all events that have come in. Whether any of them, or their end, was worth telling.
   bool drain();
 
   const std::filesystem::path socket_;
   const std::function<void()> happened_;
+  const SwayPatience patience_;
   std::optional<SwayConnection> connection_;
   unsigned source_ = 0;
   unsigned timer_ = 0;
