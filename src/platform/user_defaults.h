@@ -12,7 +12,8 @@
 
 namespace tavelle {
 
-/// A value of the settings. `monostate` stands for a stored value of a type that this program has no use for.
+/// A value of the settings. Texts are UTF-8. `monostate` stands for a stored value of a type that this program has no
+/// use for.
 using DefaultsValue = std::variant<std::monostate, std::string, std::vector<std::string>, std::int64_t, double, bool>;
 
 /// The user's settings: a key-value store that outlives the process and is shared with other processes of this program.
@@ -29,8 +30,8 @@ class UserDefaults {
   virtual void set(std::string_view key, DefaultsValue value) = 0;
   virtual void remove(std::string_view key) = 0;
 
-  /// Calls `tell`, with one line for a person, when the store cannot be read or written; once for the same trouble in
-  /// a row. Trouble that was met before is told at once.
+  /// Calls `tell`, with one line for a person (UTF-8), when the store cannot be read or written; once for the same
+  /// trouble in a row. Trouble that was met before is told at once.
   virtual Registration onTrouble(std::function<void(const std::string&)> tell) = 0;
 
   /// The string under `key`; nothing when there is none or it is of another type.

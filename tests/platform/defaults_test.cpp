@@ -7,6 +7,7 @@
 #include <fstream>
 #include <limits>
 
+#include "app/text.h"
 #include "fakes/fake_defaults.h"
 #include "fakes/temporary_folder.h"
 #include "platform/linux/plist_defaults.h"
@@ -53,7 +54,7 @@ TEST(Defaults, KeepTheirContract) {
 
 struct DefaultsFile : testing::Test {
   TemporaryFolder folder;
-  fs::path file = folder.path() / "defaults.plist";
+  fs::path file = folder.path() / "defaults\xFF.plist";
   Strings troubles;
   PlistDefaults defaults{file};
   Registration trouble = defaults.onTrouble([this](const std::string& text) { troubles.push_back(text); });
@@ -94,7 +95,8 @@ TEST_F(DefaultsFile, KeepsADamagedFileAside) {
     EXPECT_EQ(PlistDefaults(file).string("wallpaper"), "Waves");
     defaults.remove("wallpaper");
   }
-  EXPECT_EQ(troubles.size(), 2U);
+  ASSERT_EQ(troubles.size(), 2U);
+  EXPECT_TRUE(isUtf8(troubles.front())) << "the event log takes nothing else";
 }
 
 TEST_F(DefaultsFile, LivesWithWhatIsNoFile) {

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <system_error>
 
+#include "app/text.h"
 #include "platform/linux/atomic_write.h"
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/rename_to_new.h"
@@ -70,14 +71,14 @@ void PlistDefaults::refresh() const {
   stored_ = parsedDictionary(*bytes);
   if (stored_ || bytes->empty()) return;
   content_ = Content::damaged;
-  report(file_.native() + " is damaged; starting without it");
+  report(escapedUtf8(file_.native()) + " is damaged; starting without it");
 }
 
 void PlistDefaults::save() {
   if (const auto saved = trySave(); saved) {
     lastTrouble_.clear();
   } else {
-    report("couldn't save to " + file_.native() + ": " + saved.error().description);
+    report("couldn't save to " + escapedUtf8(file_.native()) + ": " + saved.error().description);
   }
 }
 

@@ -2,15 +2,16 @@
 
 #include <dlfcn.h>
 
+#include "app/text.h"
 #include "platform/linux/standard_paths.h"
 
 namespace tavelle {
 
 Result<void*> loadPrivateLibrary(const char* library, const char* function) {
   void* const loaded = dlopen((privateLibraryFolder() / library).c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (!loaded) return Error{dlerror()};
+  if (!loaded) return Error{escapedUtf8(dlerror())};
   void* const found = dlsym(loaded, function);
-  if (!found) return Error{dlerror()};
+  if (!found) return Error{escapedUtf8(dlerror())};
   return found;
 }
 
