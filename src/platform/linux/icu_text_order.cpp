@@ -19,20 +19,17 @@ icu::Locale collationLocale() {
     const char* value = std::getenv(variable);
     if (!value || !*value) continue;
     const std::string_view name(value);
-    // "C" sorts by code point, which no file browser does; neither does it for somebody who never chose a language.
+    // These sort by code point, which no file browser does, not even for somebody who never chose a language.
     if (name == "C" || name == "POSIX" || name.starts_with("C.")) return icu::Locale::getRoot();
     return icu::Locale::createCanonical(value);
   }
   return icu::Locale::getRoot();
 }
 
-std::unique_ptr<icu::Collator> makeCollator() {
+std::unique_ptr<const icu::Collator> makeCollator() {
   UErrorCode status = U_ZERO_ERROR;
   std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(collationLocale(), status));
-  if (U_FAILURE(status)) {
-    // Without its data ICU cannot collate at all; names then sort by their bytes.
-    return nullptr;
-  }
+  if (U_FAILURE(status)) return nullptr;
   collator->setAttribute(UCOL_NUMERIC_COLLATION, UCOL_ON, status);
   // Differences of case do not count, differences of accents do.
   collator->setStrength(icu::Collator::SECONDARY);
@@ -49,11 +46,9 @@ bool isAscii(std::string_view text) {
 
 }  // namespace
 
-IcuTextOrder::IcuTextOrder() = default;
-IcuTextOrder::~IcuTextOrder() = default;
-
 std::string IcuTextOrder::fileBrowserKey(std::string_view name) const {
-  if (!collator_) collator_ = makeCollator();
+  std::call_once(firstUse_, [this] { collator_ = makeCollator(); });
+  // Names then sort by their bytes.
   if (!collator_) return std::string(name);
   const icu::UnicodeString text = unicode(name);
   std::array<std::uint8_t, 256> buffer{};
