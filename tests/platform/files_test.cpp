@@ -112,7 +112,8 @@ TEST(LinuxFiles, CopiesWhatIsInAFile) {
   EXPECT_TRUE(files.read(folder.path() / "status")->starts_with("Name:"));
 }
 
-TEST(LinuxFiles, LeavesNothingOfAFileThatIsNotWhole) {
+// So called, gtest runs it first, while no other thread can be in the way of its children.
+TEST(LinuxFilesDeathTest, LeavesNothingOfAFileThatIsNotWhole) {
   const TemporaryFolder folder;
   const std::string bytes(200'000, 'x');
   std::ofstream(folder.path() / "original") << bytes;
