@@ -35,10 +35,10 @@ class Application {
  public:
   virtual ~Application() = default;
 
-  /// Runs the event loop until `terminate()`, SIGTERM or SIGINT. Where the
-  /// application runs already in this session, it only makes that one known of this start. The application shows in no
-  /// dock or task bar and goes on without any window. `arguments` are the process's own, without the program's path:
-  /// the desktop may have left a word of its own there. Returns the process's exit status.
+  /// Runs the event loop until `terminate()`, SIGTERM or SIGINT. Where the application runs already in this session, it
+  /// only tells that one of this start. The application shows in no dock or task bar and goes on without any window.
+  /// `arguments` are the process's own, without the program's path: the desktop may have left a word of its own there.
+  /// Returns the process's exit status.
   virtual int run(ApplicationDelegate& delegate, const std::vector<std::string>& arguments) = 0;
 
   /// Ends the event loop. `run` returns after the current event.

@@ -4,7 +4,8 @@
 
 namespace tavelle {
 
-/// The file system through GIO (listings, creation times) and the C++ library (the rest).
+/// The file system. GIO lists, tells creation times and knows the trash; the kernel is asked for what has to survive a
+/// crash.
 class LinuxFiles final : public Files {
  public:
   Result<std::vector<FileLocation>> list(const std::filesystem::path& folder, Hidden hidden) const override;

@@ -26,7 +26,7 @@ gboolean wantsDecoding(GstElement*, GstPad*, GstCaps* caps, gpointer) {
 }
 
 /// Playlists and session descriptions would have the network asked for the rest.
-Autoplug judge(GstElement*, GstPad*, GstCaps*, GstElementFactory* factory, gpointer) {
+Autoplug refuseNetwork(GstElement*, GstPad*, GstCaps*, GstElementFactory* factory, gpointer) {
   const std::string_view kind = gst_element_factory_get_metadata(factory, GST_ELEMENT_METADATA_KLASS);
   const bool network =
       kind.find("Adaptive") != std::string_view::npos || kind.find("Network") != std::string_view::npos;
@@ -64,7 +64,7 @@ Result<Pipeline> decoderOf(const char* path) {
   GstElement* const decoder = made->element("decoder");
   GstElement* const sink = made->element("out");
   g_signal_connect(decoder, "autoplug-continue", G_CALLBACK(wantsDecoding), nullptr);
-  g_signal_connect(decoder, "autoplug-select", G_CALLBACK(judge), nullptr);
+  g_signal_connect(decoder, "autoplug-select", G_CALLBACK(refuseNetwork), nullptr);
   g_signal_connect(decoder, "deep-element-added", G_CALLBACK(limitThreads), nullptr);
   g_signal_connect(decoder, "pad-added", G_CALLBACK(connectVideo), sink);
   g_signal_connect(decoder, "no-more-pads", G_CALLBACK(complainWithoutVideo), sink);
