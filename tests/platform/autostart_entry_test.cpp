@@ -96,13 +96,16 @@ TEST_F(Autostart, LeavesNothingBehindOfItsOwn) {
 TEST_F(Autostart, KeepsWhatOthersWroteIntoIt) {
   const std::string kept = "# mine\n\n" + head + "Name[de]=Tapete\nExec=env LANG=C " + program.native() +
                            " # later\nX-GNOME-Autostart-Delay=5\nOnlyShowIn=KDE;XFCE;\n\n[Desktop Action a]\nName=A\n";
-  put(users, kept);
+  put(folder.path() / "dotfiles", kept);
+  fs::create_directories(home);
+  fs::create_symlink(folder.path() / "dotfiles", users);
   for (int i = 0; i < 3; ++i) {
     ASSERT_TRUE(item.unregister());
     EXPECT_NE(contentOf(users), kept);
     ASSERT_TRUE(item.registerApplication());
   }
-  EXPECT_EQ(contentOf(users), kept);
+  EXPECT_EQ(contentOf(folder.path() / "dotfiles"), kept);
+  EXPECT_TRUE(fs::is_symlink(users));
 }
 
 TEST_F(Autostart, StartsTheProgramWhereverItIs) {

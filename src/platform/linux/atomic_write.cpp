@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <system_error>
 
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/staged_file.h"
@@ -18,6 +19,12 @@ Result<void> writeAtomically(const std::filesystem::path& file, std::string_view
   if (fchmod(descriptor.get(), mode) != 0) return systemError(file.native(), errno);
   if (auto written = descriptor.writeAll(bytes); !written) return written;
   return std::move(staged).value().commitReplacing();
+}
+
+std::filesystem::path behindLinks(const std::filesystem::path& file) {
+  std::error_code code;
+  auto real = std::filesystem::weakly_canonical(file, code);
+  return code ? file : real;
 }
 
 }  // namespace tavelle

@@ -210,7 +210,7 @@ Result<std::string> AutostartEntry::fresh() const {
 }
 
 Result<void> AutostartEntry::write(const std::string& entry) const {
-  const fs::path& file = files_.front();
+  const fs::path file = behindLinks(files_.front());
   std::error_code code;
   fs::create_directories(file.parent_path(), code);
   if (code) return systemError(file.parent_path().native(), code.value());

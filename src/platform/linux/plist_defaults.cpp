@@ -83,7 +83,7 @@ void PlistDefaults::save() {
 }
 
 Result<void> PlistDefaults::trySave() {
-  const fs::path file = realFile();
+  const fs::path file = behindLinks(file_);
   std::error_code code;
   fs::create_directories(file.parent_path(), code);
   if (code) return systemError(file.parent_path().native(), code.value());
@@ -112,7 +112,7 @@ Result<void> PlistDefaults::trySave() {
 }
 
 Result<void> PlistDefaults::keepDamagedAside() {
-  const fs::path file = realFile();
+  const fs::path file = behindLinks(file_);
   for (int number = 1; number <= mostDamagedFiles; ++number) {
     const fs::path aside = file.native() + ".damaged-" + std::to_string(number);
     if (isTaken(aside)) continue;
@@ -121,12 +121,6 @@ Result<void> PlistDefaults::keepDamagedAside() {
     return moved;
   }
   return Error{"too many damaged files beside it"};
-}
-
-fs::path PlistDefaults::realFile() const {
-  std::error_code code;
-  const fs::path real = fs::weakly_canonical(file_, code);
-  return code ? file_ : real;
 }
 
 void PlistDefaults::report(const std::string& trouble) const {

@@ -39,8 +39,6 @@ class PlistDefaults final : public UserDefaults {
   void save();
   Result<void> trySave();
   Result<void> keepDamagedAside();
-  /// The file behind `file_`, which the user may have made a symbolic link.
-  std::filesystem::path realFile() const;
   void report(const std::string& trouble) const;
 
   std::filesystem::path file_;
