@@ -12,12 +12,13 @@ that time to the last.
 """
 
 import argparse
+import contextlib
 import pathlib
 import statistics
 import sys
 import time
 
-from whole_process import ROOT, Player, load_of, memory_of
+from whole_process import ROOT, Player, choose, load_of, memory_of
 from virtual_desktop import VirtualDesktop
 
 YARDSTICK = "Yardstick"
@@ -61,19 +62,22 @@ setInterval(() => {
 </script>"""
 
 
-def choose(home, name):
-    settings = home / ".config/tavelle/defaults.plist"
-    settings.parent.mkdir(parents=True, exist_ok=True)
-    settings.write_text(f'<plist version="1.0"><dict><key>wallpaper</key><string>{name}</string><key>fps</key>'
-                        '<integer>30</integer><key>guideShown</key><true/></dict></plist>')
-
-
 def add(home, name):
     """The page as it is in the sources now: the program was perhaps built before."""
     page = home / "Pictures/Wallpapers" / name / "index.html"
     page.parent.mkdir(parents=True, exist_ok=True)
     text = COPYING_PAGE if name == YARDSTICK else (ROOT / "resources/Wallpapers" / name / "index.html").read_text()
     page.write_text(text + COUNTER)
+
+
+@contextlib.contextmanager
+def playing(desktop, program, home, name):
+    choose(home, name, fps=30)
+    add(home, name)
+    with Player(desktop, program, home) as player:
+        player.wait_for(f'"title":"{name}"')
+        player.wait_for("measured")
+        yield player
 
 
 def load_and_rate_of(player, seconds):
@@ -85,11 +89,7 @@ def load_and_rate_of(player, seconds):
 
 
 def measure(desktop, program, home, name, seconds):
-    choose(home, name)
-    add(home, name)
-    with Player(desktop, program, home) as player:
-        player.wait_for(f'"title":"{name}"')
-        player.wait_for("measured")
+    with playing(desktop, program, home, name) as player:
         figures = ""
         for resolution in ("1.0", "0.35"):
             player.act("resolution", resolution)
@@ -107,11 +107,7 @@ def measure(desktop, program, home, name, seconds):
 
 
 def measure_slope(desktop, program, home, name, minutes):
-    choose(home, name)
-    add(home, name)
-    with Player(desktop, program, home) as player:
-        player.wait_for(f'"title":"{name}"')
-        player.wait_for("measured")
+    with playing(desktop, program, home, name) as player:
         figures = []
         end_of_time = time.monotonic() + 60 * minutes
         while time.monotonic() < end_of_time:

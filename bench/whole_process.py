@@ -99,11 +99,11 @@ def make_video_wallpaper(home):
     return video
 
 
-def choose(home, name):
+def choose(home, name, fps=60):
     settings = home / ".config/tavelle/defaults.plist"
     settings.parent.mkdir(parents=True, exist_ok=True)
-    settings.write_text(f'<plist version="1.0"><dict><key>wallpaper</key><string>{name}</string>'
-                        '<key>guideShown</key><true/></dict></plist>')
+    settings.write_text(f'<plist version="1.0"><dict><key>wallpaper</key><string>{name}</string><key>fps</key>'
+                        f'<integer>{fps}</integer><key>guideShown</key><true/></dict></plist>')
 
 
 def milliseconds(command, environment, runs=30):
