@@ -41,11 +41,10 @@ void limitThreads(GstBin*, GstBin*, GstElement* element, gpointer) {
                nullptr);
 }
 
-/// Takes the first video stream there is.
+/// Takes the first video stream there is: what is none, or comes later, can't be linked.
 void connectVideo(GstElement*, GstPad* pad, GstElement* sink) {
-  const GstCapsPtr caps(gst_pad_query_caps(pad, nullptr));
   const GstPadPtr entry(gst_element_get_static_pad(sink, "sink"));
-  if (startsWith(caps.get(), {"video/x-raw"}) && !gst_pad_is_linked(entry.get())) gst_pad_link(pad, entry.get());
+  gst_pad_link(pad, entry.get());
 }
 
 /// With nothing connected no end of the stream would ever come.
