@@ -85,17 +85,13 @@ TEST(VideoFrames, ShowTheVideoAsItIsMeantToBeSeen) {
     int width;
     int height;
   } rows[] = {
-      {"with sound", "", h264 + "-f lavfi -i sine=duration=1", "a.mov", 160, 96},
-      {"ten bits", "", "-c:v libx264 -pix_fmt yuv420p10le", "a.mp4", 160, 96},
+      {"with sound", "", "-f lavfi -i sine=duration=1" + h264, "a.mov", 160, 96},
       {"HD colours", ",scale=out_color_matrix=bt709,format=yuv420p",
        h264 + "-colorspace bt709 -color_primaries bt709 -color_trc bt709 -color_range tv", "a.mp4", 160, 96},
-      {"SD colours", ",scale=out_color_matrix=bt601,format=yuv420p",
-       h264 + "-colorspace smpte170m -color_primaries smpte170m -color_trc smpte170m -color_range tv", "a.mp4", 160,
-       96},
       {"full range", ",scale=out_color_matrix=bt601:out_range=pc,format=yuvj420p",
        "-c:v libx264 -colorspace smpte170m -color_primaries smpte170m -color_trc smpte170m -color_range pc", "a.mkv",
        160, 96},
-      {"odd size", ",scale=161:97:flags=neighbor,setsar=1", "-c:v libvpx-vp9 -pix_fmt yuv420p", "a.webm", 161, 97},
+      {"odd size", ",scale=161:99:flags=neighbor,setsar=1", "-c:v libvpx-vp9 -pix_fmt yuv420p", "a.webm", 161, 99},
       {"wide pixels", ",setsar=2/1", h264, "a.mp4", 320, 96},
       {"narrow pixels", ",setsar=1/2", h264, "a.mp4", 160, 192},
       {"irregular times", ",select='eq(n,0)+eq(n,9)+eq(n,19)'", h264 + "-fps_mode vfr", "a.mp4", 160, 96},
@@ -105,44 +101,23 @@ TEST(VideoFrames, ShowTheVideoAsItIsMeantToBeSeen) {
   const TemporaryFolder folder;
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
-    // Options of inputs come before those of the output.
-    const auto input = row.options.find("-f lavfi");
-    const auto options =
-        input == std::string::npos ? row.options : row.options.substr(input) + row.options.substr(0, input);
-    makeVideo(squares + row.filters, options, folder.path() / row.file);
+    makeVideo(squares + row.filters, row.options, folder.path() / row.file);
     expectFrame(folder.path() / row.file, row.width, row.height, "RGBW");
   }
 }
 
-/// Makes `matrix` (across and down for a step to the right, then for a step down) the way the track is to be shown.
-void turn(std::string& movie, const std::array<int, 4>& matrix) {
-  // Behind the name of a track's header: 40 bytes of other fields, then a matrix of 3 by 3 big-endian numbers, those of
-  // interest with 16 bits behind the point (ISO/IEC 14496-12).
-  const auto start = movie.find("tkhd") + 4 + 40;
-  for (std::size_t index = 0; index < 4; ++index) {
-    const int number = matrix[index];
-    const auto place = start + 4 * (index + index / 2);
-    movie.replace(place, 4, {static_cast<char>(number < 0 ? -1 : 0), static_cast<char>(number), 0, 0});
-  }
-}
-
 TEST(VideoFrames, AreTurnedAndMirrored) {
-  const struct {
-    std::array<int, 4> matrix;
-    const char* quarters;
-  } rows[] = {{{1, 0, 0, 1}, "RGBW"},  {{0, 1, -1, 0}, "BRWG"}, {{-1, 0, 0, -1}, "WBGR"}, {{0, -1, 1, 0}, "GWRB"},
-              {{-1, 0, 0, 1}, "GRWB"}, {{1, 0, 0, -1}, "BWRG"}, {{0, 1, 1, 0}, "RBGW"}};
   const TemporaryFolder folder;
   const auto video = folder.path() / "a.mp4";
   makeVideo(squares, h264, video);
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.quarters);
-    std::string movie = contentOf(video);
-    turn(movie, row.matrix);
-    std::ofstream(video, std::ios::binary) << movie;
-    const bool upright = row.matrix[0] != 0;
-    expectFrame(video, upright ? 160 : 96, upright ? 96 : 160, row.quarters);
-  }
+  std::string movie = contentOf(video);
+  // Behind the name of a track's header: 40 bytes of other fields, then how it is to be shown, a matrix of 3 by 3
+  // big-endian numbers, those of interest with 16 bits behind the point (ISO/IEC 14496-12). Across becomes down.
+  const auto matrix = movie.find("tkhd") + 4 + 40;
+  movie.replace(matrix, 16, {0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0});
+  movie.replace(matrix + 16, 4, {0, 0, 0, 0});
+  std::ofstream(video, std::ios::binary) << movie;
+  expectFrame(video, 96, 160, "RBGW");
 }
 
 TEST(VideoFrames, AreErrorsWhereThereIsNone) {
@@ -197,24 +172,19 @@ TEST(VideoFrames, SurviveABrokenDecoder) {
 
 TEST(VideoFrames, LeaveNoProcessBehind) {
   const TemporaryFolder folder;
-  const auto ids = folder.path() / "ids";
-  const auto helper = makeHelper(folder.path(), "sleep 60 & echo $! $$ >" + ids.native() + "; wait");
+  const auto started = folder.path() / "started";
+  const auto helper = makeHelper(folder.path(), "sleep 60 & echo $! >" + started.native() + "; wait");
   EXPECT_FALSE(ChildVideoFrames(helper, std::chrono::seconds(2)).jpegOfFrame("/a.mp4", 0.5));
-  std::ifstream stream(ids);
   pid_t id = 0;
-  int count = 0;
-  for (; stream >> id; ++count) {
-    // The grandchild is dead at once, but somebody else waits for it.
-    std::string state;
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    bool gone = false;
-    while (!gone && std::chrono::steady_clock::now() < end) {
-      const std::string status = contentOf("/proc/" + std::to_string(id) + "/stat");
-      gone = status.empty() || status.find(") Z") != std::string::npos;
-    }
-    EXPECT_TRUE(gone) << id;
-  }
-  EXPECT_EQ(count, 2);
+  ASSERT_TRUE(std::ifstream(started) >> id);
+  // It is dead at once, but somebody else waits for it.
+  const auto isGone = [&] {
+    const std::string status = contentOf("/proc/" + std::to_string(id) + "/stat");
+    return status.empty() || status.find(") Z") != std::string::npos;
+  };
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+  while (!isGone() && std::chrono::steady_clock::now() < end) continue;
+  EXPECT_TRUE(isGone());
 }
 
 }  // namespace
