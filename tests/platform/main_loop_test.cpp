@@ -11,8 +11,8 @@ namespace {
 /// `wait` lets at least that many seconds pass.
 void keepContract(MainLoop& loop, const std::function<void(double)>& wait) {
   std::string calls;
-  auto later = loop.after(0.04, [&] { calls += "b"; });
   auto soon = loop.after(0.01, [&] { calls += "a"; });
+  auto later = loop.after(0.04, [&] { calls += "b"; });
   auto dropped = loop.after(0.02, [&] { calls += "x"; });
   EXPECT_EQ(calls, "") << "never inside the call";
   dropped.cancel();
@@ -33,7 +33,8 @@ void keepContract(MainLoop& loop, const std::function<void(double)>& wait) {
     if (++ticks == 3) clock.cancel();
   });
   EXPECT_EQ(ticks, 0) << "never inside the call";
-  wait(0.5);
+  for (int i = 0; i < 100 && ticks < 3; ++i) wait(0.1);
+  wait(0.1);
   EXPECT_EQ(ticks, 3) << "again and again until dropped, also from inside";
   {
     PendingCalls pending(loop);
@@ -55,6 +56,8 @@ TEST(MainLoop, KeepsItsContract) {
   keepContract(real, [](double seconds) {
     const gint64 end = g_get_monotonic_time() + static_cast<gint64>(seconds * G_USEC_PER_SEC);
     while (g_get_monotonic_time() < end) g_main_context_iteration(nullptr, FALSE);
+    // What a busy machine has kept until then.
+    while (g_main_context_iteration(nullptr, FALSE)) continue;
   });
 }
 
