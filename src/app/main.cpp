@@ -54,9 +54,12 @@ int runSyncSpaces(const std::filesystem::path& image) {
   LinuxFiles files;
   SystemClock clock;
   const StoreServices services{clock, files, processes, wallpaperStore(homeFolder())};
+  const auto print = [](const std::string& message) { std::cout << message << '\n'; };
   std::error_code code;
   const auto still = std::filesystem::absolute(image, code).lexically_normal();
-  const bool updated = syncAllSpaces(still, services, [](const std::string& message) { std::cout << message << '\n'; });
+  // An empty path, or one below a working directory that is gone. The store would name a picture that is none.
+  if (code) print("desktops: couldn't tell which image is meant: " + code.message());
+  const bool updated = !code && syncAllSpaces(still, services, print);
   std::cout << (updated ? "updated\n" : "already the same everywhere\n");
   return 0;
 }
