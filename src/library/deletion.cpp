@@ -51,6 +51,7 @@ void Controller::showNext() {
   current_.reset();
   platform_.defaults.remove(wallpaperKey);
   for (const auto& window : windows_) window->orderOut();
+  for (std::size_t i = 0; i < webViews_.size(); ++i) applyPlayState(i);
 }
 
 void Controller::takeStoredWallpaper() {

@@ -12,8 +12,10 @@ bool shouldPause(bool paused, const std::vector<bool>& covered, std::size_t inde
 
 void Controller::applyPlayState(std::size_t index) {
   if (index >= webViews_.size()) return;
+  // Without a wallpaper on show the windows are hidden, and a page left in them could still be heard.
+  const bool rests = !current_ || shouldPause(paused_, covered_, index);
   // Sent even when nothing seems to change: a page that was loaded afresh plays, whatever the one before did.
-  webViews_[index]->evaluate(shouldPause(paused_, covered_, index) ? pauseJS : playJS, {});
+  webViews_[index]->evaluate(rests ? pauseJS : playJS, {});
 }
 
 void Controller::togglePause() {

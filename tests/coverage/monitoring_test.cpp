@@ -16,8 +16,7 @@ class Monitoring : public testing::Test {
  protected:
   Monitoring() {
     platform.addWallpaper("Waves");
-    controller->buildWindows();
-    controller->startCoverageWatch();
+    controller->applicationDidFinishLaunching();
   }
 
   /// From now on these are the windows of others on screen.

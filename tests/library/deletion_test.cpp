@@ -6,6 +6,7 @@
 
 #include "app/controller.h"
 #include "fakes/fake_platform.h"
+#include "playback/page_scripts.h"
 
 namespace tavelle {
 namespace {
@@ -57,6 +58,7 @@ TEST_F(Deletion, ShowsTheNextOneInThePlaceOfTheOneOnShow) {
   EXPECT_FALSE(controller.current());
   EXPECT_EQ(platform.defaults.string("wallpaper"), std::nullopt);
   for (const auto* window : platform.windows.made) EXPECT_FALSE(window->visible);
+  for (const auto* page : platform.webViews.made) EXPECT_EQ(page->scripts.back(), pauseJS) << "nothing is heard";
 }
 
 TEST_F(Deletion, TellsWhatWentWrongAndChangesNothing) {
