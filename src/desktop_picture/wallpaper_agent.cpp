@@ -1,5 +1,6 @@
 #include "desktop_picture/wallpaper_agent.h"
 
+#include <cmath>
 #include <utility>
 
 #include "app/file_uri.h"
@@ -47,7 +48,10 @@ void WallpaperAgent::bringUpToDate() {
   std::vector<std::string> displays;
   displays.reserve(screens.size());
   for (const Screen& screen : screens) displays.push_back(screen.name);
-  if (completeStore(root.get(), displays, services_.spaces.list(), services_.clock.now())) writeStore(root.get());
+  if (completeStore(root.get(), displays, services_.spaces.list(), services_.clock.now())) {
+    // What cannot be written now is tried again with the next change.
+    static_cast<void>(writeStore(root.get()));
+  }
   for (const Screen& screen : screens) apply(root.get(), screen);
 }
 
@@ -56,9 +60,10 @@ void WallpaperAgent::apply(plist_t root, const Screen& screen) {
   const auto address = shownImage(entry);
   const auto image = address ? filePath(*address) : std::nullopt;
   if (!image) return;
-  // What the screen shows since the entry was brought onto it is either that or the user's own choice.
+  // What the screen shows since the entry was brought onto it is either that or the user's own choice. An older entry
+  // is another one: somebody has put an earlier store back, or the clock.
   const bool applied = services_.memory.value(keyOf(screen.name)).has_value() &&
-                       timeOfEntry(entry) < services_.memory.real(keyOf(screen.name)) + sameTime;
+                       std::abs(timeOfEntry(entry) - services_.memory.real(keyOf(screen.name))) < sameTime;
   if (applied && services_.desktopPicture.current(screen)) return;
   if (services_.desktopPicture.set(*image, screen)) remember(screen.name, entry);
 }
@@ -68,8 +73,8 @@ void WallpaperAgent::pictureWasSet(const std::string& imageAddress, const std::s
   if (!root) return;
   plist_t entry = setEntryOfDisplay(root.get(), screen, imageAddress, services_.clock.now());
   if (!entry) return;
-  remember(screen, entry);
-  writeStore(root.get());
+  // Only along with the store: its entry, which would be the older one, must not look like a new wish later.
+  if (writeStore(root.get())) remember(screen, entry);
 }
 
 void WallpaperAgent::remember(const std::string& screen, plist_t entry) {
@@ -82,11 +87,10 @@ PlistPtr WallpaperAgent::readStore() const {
   return bytes ? parsedDictionary(*bytes) : nullptr;
 }
 
-void WallpaperAgent::writeStore(plist_t root) {
+bool WallpaperAgent::writeStore(plist_t root) {
   const auto bytes = binaryPlist(root);
-  if (!bytes || !services_.files.createFolders(services_.store.parent_path())) return;
-  // What cannot be written now is tried again with the next change.
-  static_cast<void>(services_.files.write(services_.store, *bytes));
+  return bytes && services_.files.createFolders(services_.store.parent_path()) &&
+         services_.files.write(services_.store, *bytes);
 }
 
 }  // namespace tavelle

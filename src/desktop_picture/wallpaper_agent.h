@@ -34,8 +34,8 @@ struct AgentServices {
 
 /// The owner of the wallpaper store: makes it, keeps an entry in it for every display and workspace there is, and
 /// brings its pictures onto the screens. A picture that the user has chosen in any other way stays: a screen is touched
-/// only when its entry has been set since the agent last did so, or when it shows nothing. A store that cannot be read
-/// is left alone. Nothing fails towards the caller. Main thread only.
+/// only when its entry is not the one that the agent last brought onto it, or when it shows nothing. A store that
+/// cannot be read is left alone. Nothing fails towards the caller. Main thread only.
 class WallpaperAgent {
  public:
   explicit WallpaperAgent(AgentServices services);
@@ -55,7 +55,8 @@ class WallpaperAgent {
   void apply(plist_t root, const Screen& screen);
   void remember(const std::string& screen, plist_t entry);
   PlistPtr readStore() const;
-  void writeStore(plist_t root);
+  /// Whether it has been written.
+  [[nodiscard]] bool writeStore(plist_t root);
 
   const AgentServices services_;
   Registration screenObserver_;

@@ -83,6 +83,10 @@ TEST_F(Agent, LeavesWhatTheUserHasChosenSince) {
   sync("/b.jpg");
   restart();
   EXPECT_EQ(shown("left"), "/b.jpg") << "a newer wish than the user's choice";
+  platform.clock.time -= std::chrono::hours(1);
+  sync("/c.jpg");
+  restart();
+  EXPECT_EQ(shown("left"), "/c.jpg") << "a wish since the clock was put back";
 }
 
 TEST_F(Agent, FollowsScreensAndSpaces) {
@@ -115,6 +119,12 @@ TEST_F(Agent, NotesWhatOthersSet) {
   restart();
   EXPECT_EQ(shown("left"), "/user.jpg") << "the set was done, and needs no repeating";
   EXPECT_TRUE(sync("/b.jpg"));
+  restart();
+  platform.files.full = {storePath};
+  pictures.pictures["left"] = "/c.jpg";
+  agent->pictureWasSet("file:///c.jpg", "left");
+  restart();
+  EXPECT_EQ(shown("left"), "/c.jpg") << "though the store could not note it";
 }
 
 TEST_F(Agent, LeavesAStoreAloneThatItCannotRead) {
