@@ -90,10 +90,7 @@ double coverage(const Screen& screen, std::span<const Rect> windows) {
   const Rect area = desktopArea(screen);
   if (area.isEmpty()) return 0;
   SampleGrid grid(area);
-  for (const Rect& window : windows) {
-    const Rect visible = intersection(window, area);
-    if (!visible.isEmpty()) grid.cover(visible);
-  }
+  for (const Rect& window : windows) grid.cover(window);
   return grid.count() / static_cast<double>(columns * rows);
 }
 
