@@ -14,8 +14,8 @@ std::string fixedDecimal(double value, int digits);
 
 bool isUtf8(std::string_view bytes);
 
-/// `bytes` as UTF-8: each byte that is not part of it becomes "\x" and two hexadecimal digits, so that different names
-/// stay different.
+/// `bytes` as UTF-8: each byte that is not part of it becomes "\x" and two hexadecimal digits, so that names that
+/// differ in such bytes stay different.
 std::string escapedUtf8(std::string_view bytes);
 
 /// ASCII letters in lower case, all else unchanged.

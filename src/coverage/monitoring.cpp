@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <string>
+
 #include "app/controller.h"
 #include "coverage/coverage.h"
 #include "platform/main_loop.h"

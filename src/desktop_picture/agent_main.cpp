@@ -2,6 +2,7 @@
 #include <sys/prctl.h>
 
 #include <csignal>
+#include <functional>
 #include <string>
 
 #include "desktop_picture/wallpaper_agent.h"

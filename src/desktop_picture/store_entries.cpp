@@ -1,6 +1,7 @@
 #include "desktop_picture/store_entries.h"
 
 #include <cstdint>
+#include <utility>
 
 #include "desktop_picture/wallpaper_store.h"
 

@@ -129,19 +129,17 @@ void Guide::guideWindowWillClose(GuideWindow& window) {
   });
 }
 
-Guide& Controller::guide() {
+void Controller::showGuide() {
   if (!guide_) guide_ = std::make_unique<Guide>(*this, platform_);
-  return *guide_;
+  guide_->show();
 }
 
-void Controller::showGuide() { guide().show(); }
-
-void Controller::applicationShouldHandleReopen() { guide().show(); }
+void Controller::applicationShouldHandleReopen() { showGuide(); }
 
 void Controller::showGuideAtFirstLaunch() {
   if (platform_.defaults.boolean(shownKey)) return;
   platform_.defaults.set(shownKey, true);
-  pending_.after(firstLaunchDelay, [this] { guide().show(); });
+  pending_.after(firstLaunchDelay, [this] { showGuide(); });
 }
 
 }  // namespace tavelle
