@@ -43,7 +43,8 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   void applicationDidFinishLaunching() override;
   /// Shows the tutorial from its beginning.
   void applicationShouldHandleReopen() override;
-  /// Appends one line to the event log, `message` behind the time. A line that cannot be written is lost.
+  /// Appends one line to the event log: "2025-03-14 09:26:53 +0000 message", the time in UTC whatever the locale. A
+  /// message that is not UTF-8 is lost, and so is a line that cannot be written.
   void log(const std::string& message);
   void quit();
 
@@ -69,9 +70,9 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   /// Moves the wallpaper to the trash and shows another one in its place when it was on show. A failure is told to the
   /// user. Whether it was moved.
   bool trash(const Wallpaper& wallpaper);
-  /// Takes the wallpaper that was last chosen for the one on show, without showing it.
-  void takeStoredWallpaper();
-  /// Takes that one of `all` for the one on show that was last chosen, else the first of them, without showing it.
+  /// Takes that one of `all` for the one on show that was last chosen, without showing it; none when it is not there.
+  void takeStoredWallpaper(const std::vector<Wallpaper>& all);
+  /// The same, but the first of `all` when it is not there.
   void takeStoredOrFirst(const std::vector<Wallpaper>& all);
   /// Writes one frame of the video `from`, half a second into it, as the JPEG file `to`, in place of what was there. A
   /// video that gives no frame leaves a line in the event log and `to` as it was.
@@ -126,7 +127,8 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   void applyPlayState(std::size_t index);
   void togglePause();
   bool paused() const { return paused_; }
-  /// The settings in force; see `storedFrameSettings`.
+  /// The settings in force: what is stored under "fps" and "resolutionScale", where it is in range, else full rate and
+  /// full resolution.
   FrameSettings frameSettings() const;
   void chooseFrameRate(std::int64_t framesPerSecond);
   void chooseResolution(double scale);
@@ -143,10 +145,11 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   void restoreWallpaper();
   void syncSpacesAtLaunch();
   void showGuideAtFirstLaunch();
-  Guide& guide();
   void forget(const std::string& name);
   void showNext();
+  bool shouldRest(std::size_t index) const;
   void buildWindow(const Screen& screen);
+  /// Two calls give the same text exactly when the screens are the same in number, order and frames.
   std::string currentSignature() const;
   void screensChanged();
   void rebuildIfNeeded();

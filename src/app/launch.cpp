@@ -1,4 +1,6 @@
-#include "app/launch.h"
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "app/controller.h"
 #include "library/listing.h"
@@ -12,8 +14,8 @@ namespace {
 
 constexpr double launchSyncDelay = 2.0;
 
-}  // namespace
-
+/// The wallpaper to start with: the one of `all` that is named `stored`, else the one that the program comes with, else
+/// the first; none when `all` is empty.
 std::optional<Wallpaper> initialWallpaper(const std::vector<Wallpaper>& all, const std::optional<std::string>& stored,
                                           const TextOrder& order) {
   auto found = stored ? findNamed(all, *stored, order) : std::nullopt;
@@ -21,6 +23,8 @@ std::optional<Wallpaper> initialWallpaper(const std::vector<Wallpaper>& all, con
   if (found) return found;
   return all.empty() ? std::nullopt : std::optional(all.front());
 }
+
+}  // namespace
 
 void Controller::applicationDidFinishLaunching() {
   settingsTrouble_ = platform_.defaults.onTrouble([this](const std::string& trouble) { log("settings: " + trouble); });

@@ -112,6 +112,21 @@ class Rewriter {
   std::size_t entries_ = 0;
 };
 
+/// Makes every entry of the store show the image at this address, and touches nothing else. Whether any did not yet.
+/// After an error the list is of no use: the address has no form in a property list, or so many entries would get
+/// copies of so big a content that there might be no memory for them.
+Result<bool> rewriteStore(plist_t root, const std::string& imageAddress, WallTime now) {
+  plist_t content = plistItem(firstDesktop(root), "Content", PLIST_DICT);
+  const auto record = desktopRecord(imageAddress, content, now);
+  if (!record) return record.error();
+  const auto text = xmlPlist(record->get());
+  if (!text) return text.error();
+  Rewriter rewriter(imageAddress, record->get(), mostCopied / text->size());
+  rewriter.rewrite(root);
+  if (rewriter.gaveUp()) return Error{"the store would become too big"};
+  return rewriter.changed();
+}
+
 Result<void> replaceStore(const StoreServices& services, plist_t root) {
   const auto backup = services.store.parent_path() / "Index.before-tavelle.plist";
   // The store as it was before this program ever changed it; it is worth keeping, but nothing to fail for.
@@ -161,18 +176,6 @@ Result<PlistPtr> desktopRecord(const std::string& imageAddress, plist_t content,
   setPlistItem(record.get(), "LastSet", plistDate(now));
   setPlistItem(record.get(), "LastUse", plistDate(now));
   return record;
-}
-
-Result<bool> rewriteStore(plist_t root, const std::string& imageAddress, WallTime now) {
-  plist_t content = plistItem(firstDesktop(root), "Content", PLIST_DICT);
-  const auto record = desktopRecord(imageAddress, content, now);
-  if (!record) return record.error();
-  const auto text = xmlPlist(record->get());
-  if (!text) return text.error();
-  Rewriter rewriter(imageAddress, record->get(), mostCopied / text->size());
-  rewriter.rewrite(root);
-  if (rewriter.gaveUp()) return Error{"the store would become too big"};
-  return rewriter.changed();
 }
 
 std::filesystem::path wallpaperStore(const std::filesystem::path& home) {

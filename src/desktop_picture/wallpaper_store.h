@@ -19,11 +19,6 @@ class Processes;
 /// start from, or null. An error when the address has no form in a property list.
 Result<PlistPtr> desktopRecord(const std::string& imageAddress, plist_t content, WallTime now);
 
-/// Makes every entry of the store show the image at this address, and touches nothing else. Whether any did not yet.
-/// An error when the address has no form in a property list, and when so many entries would get copies of so big a
-/// content that there might be no memory for them; the list is of no use then.
-Result<bool> rewriteStore(plist_t root, const std::string& imageAddress, WallTime now);
-
 /// The address of the image that a store entry shows, if it shows one.
 std::optional<std::string> shownImage(plist_t entry);
 

@@ -54,14 +54,14 @@ void Controller::showNext() {
   for (std::size_t i = 0; i < webViews_.size(); ++i) applyPlayState(i);
 }
 
-void Controller::takeStoredWallpaper() {
-  const auto stored = platform_.defaults.string(wallpaperKey).value_or("");
-  current_ = findNamed(wallpapers(), stored, platform_.textOrder);
+void Controller::takeStoredWallpaper(const std::vector<Wallpaper>& all) {
+  current_ = findNamed(all, platform_.defaults.string(wallpaperKey).value_or(""), platform_.textOrder);
 }
 
 int deleteNamed(Controller& controller, const std::string& name, const TextOrder& order, std::ostream& out) {
-  controller.takeStoredWallpaper();
-  const auto wallpaper = findNamed(controller.wallpapers(), name, order);
+  const auto all = controller.wallpapers();
+  controller.takeStoredWallpaper(all);
+  const auto wallpaper = findNamed(all, name, order);
   if (!wallpaper) {
     out << "no wallpaper named " << name << '\n';
     return 1;

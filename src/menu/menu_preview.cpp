@@ -7,7 +7,9 @@
 #include <optional>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "app/controller.h"
 #include "app/pending_calls.h"
@@ -17,9 +19,8 @@
 #include "menu/wallpaper_list_view.h"
 #include "platform/bitmaps.h"
 #include "platform/files.h"
+#include "platform/platform.h"
 #include "platform/text_order.h"
-#include "platform/user_defaults.h"
-#include "playback/show.h"
 
 namespace tavelle {
 namespace {
@@ -57,6 +58,16 @@ std::array<Appearance, 2> appearances() {
                       .secondaryLabel = {1, 1, 1, 0.56}}}}};
 }
 
+/// `all` with so many made-up wallpapers of the folder `library` among them, in the order in which a file browser shows
+/// names. The folders are not made.
+std::vector<Wallpaper> withSamples(std::vector<Wallpaper> all, std::size_t count, const std::filesystem::path& library,
+                                   const TextOrder& order) {
+  for (std::size_t number = 1; number <= count; ++number) {
+    all.push_back({{library / ("Sample Wallpaper " + std::to_string(number))}});
+  }
+  return sortedByName(std::move(all), order);
+}
+
 /// Puts the pointer over the second row that does not scroll, to show how a row looks then.
 void hoverSample(const WallpaperListView& list) {
   std::vector<MenuRow*> rows;
@@ -88,16 +99,8 @@ std::size_t sampleCount(std::string_view text) {
   return whole && count > 0 ? static_cast<std::size_t>(count) : 0;
 }
 
-std::vector<Wallpaper> withSamples(std::vector<Wallpaper> all, std::size_t count, const std::filesystem::path& library,
-                                   const TextOrder& order) {
-  for (std::size_t number = 1; number <= count; ++number) {
-    all.push_back({{library / ("Sample Wallpaper " + std::to_string(number))}});
-  }
-  return sortedByName(std::move(all), order);
-}
-
 void Controller::takeStoredOrFirst(const std::vector<Wallpaper>& all) {
-  current_ = findNamed(all, platform_.defaults.string(wallpaperKey).value_or(""), platform_.textOrder);
+  takeStoredWallpaper(all);
   if (!current_ && !all.empty()) current_ = all.front();
 }
 

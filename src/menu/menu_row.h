@@ -32,7 +32,6 @@ class MenuRow final : public View {
   const std::string& title() const { return content_.title; }
   bool checked() const { return content_.checked; }
   const std::optional<std::string>& symbol() const { return content_.symbol; }
-  bool secondary() const { return content_.secondary; }
 
   /// Whether it is drawn as the one that a click, or the return key, would hit.
   bool hovered() const { return hovered_; }

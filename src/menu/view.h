@@ -55,7 +55,6 @@ class View : public std::enable_shared_from_this<View> {
 
   /// None for the root of a tree.
   const View* superview() const { return superview_; }
-  const std::vector<std::shared_ptr<View>>& subviews() const { return subviews_; }
   /// For each view once.
   template <typename T>
   T& addSubview(std::shared_ptr<T> view) {

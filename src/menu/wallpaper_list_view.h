@@ -59,7 +59,6 @@ class WallpaperListView final : public View {
   /// None, as at first, when there is no menu around the list. `menu` must outlive the list or be replaced.
   void setEnclosingMenu(EnclosingMenu* menu) { menu_ = menu; }
 
-  bool expanded() const { return expanded_; }
   /// All rows from the first to the last, those out of sight among them; good until the next `rebuild`. Where one lies
   /// tells `row->convert(row->bounds(), list)`: what is scrolled out of the box lies outside of the box.
   const std::vector<MenuRow*>& rows() const { return rows_; }

@@ -2,12 +2,12 @@
 
 #include <cmath>
 #include <optional>
+#include <string>
 
 #include "app/controller.h"
 #include "app/text.h"
 #include "platform/user_defaults.h"
 #include "playback/page_scripts.h"
-#include "playback/play_state.h"
 #include "playback/script_value.h"
 
 namespace tavelle {
@@ -28,29 +28,13 @@ std::optional<FrameSample> frameSample(const Result<ScriptValue>& answer) {
 
 }  // namespace
 
-FrameSettings storedFrameSettings(const UserDefaults& defaults) {
+FrameSettings Controller::frameSettings() const {
+  const UserDefaults& defaults = platform_.defaults;
   FrameSettings settings;
   if (const auto rate = defaults.integer(frameRateKey); rate >= 20 && rate <= 60) settings.frameRate = rate;
   if (const auto scale = defaults.real(resolutionKey); scale >= 0.25 && scale <= 1.0) settings.resolutionScale = scale;
   return settings;
 }
-
-std::string describe(const FrameSettings& settings) {
-  return "frame rate " + std::to_string(settings.frameRate) + " FPS, resolution " +
-         std::to_string(static_cast<int>(settings.resolutionScale * 100)) + "%";
-}
-
-std::string describeMeasurement(const FrameSample& first, const FrameSample& second, std::int64_t frameRate,
-                                bool paused) {
-  const double elapsed = (second.clockMs - first.clockMs) / 1000;
-  if (!(elapsed > 0)) return {};
-  const double rate = static_cast<double>(second.draws - first.draws) / elapsed;
-  return "measured " + fixedDecimal(rate, 1) + " FPS (setting " + std::to_string(frameRate) +
-         (paused ? ", paused" : "") + "), canvas " + std::to_string(second.canvasWidth) + "x" +
-         std::to_string(second.canvasHeight);
-}
-
-FrameSettings Controller::frameSettings() const { return storedFrameSettings(platform_.defaults); }
 
 void Controller::chooseFrameRate(std::int64_t framesPerSecond) {
   platform_.defaults.set(frameRateKey, framesPerSecond);
@@ -68,7 +52,8 @@ void Controller::applyFrameSettings() {
     webView->setUserScripts(pageScripts(settings));
     webView->evaluate(applyScript(settings), {});
   }
-  log(describe(settings));
+  log("frame rate " + std::to_string(settings.frameRate) + " FPS, resolution " +
+      std::to_string(static_cast<int>(settings.resolutionScale * 100)) + "%");
   measureFrameRate();
 }
 
@@ -89,9 +74,12 @@ void Controller::measureFrameRate() {
 }
 
 void Controller::finishMeasurement(const FrameSample& first, const FrameSample& second) {
-  const std::string line =
-      describeMeasurement(first, second, frameSettings().frameRate, shouldPause(paused_, covered_, 0));
-  if (!line.empty()) log(line);
+  const double elapsed = (second.clockMs - first.clockMs) / 1000;
+  if (!(elapsed > 0)) return;
+  const double rate = static_cast<double>(second.draws - first.draws) / elapsed;
+  log("measured " + fixedDecimal(rate, 1) + " FPS (setting " + std::to_string(frameSettings().frameRate) +
+      (shouldRest(0) ? ", paused" : "") + "), canvas " + std::to_string(second.canvasWidth) + "x" +
+      std::to_string(second.canvasHeight));
 }
 
 }  // namespace tavelle

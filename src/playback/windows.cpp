@@ -1,9 +1,9 @@
 #include "app/controller.h"
+#include "app/text.h"
 #include "platform/main_loop.h"
 #include "platform/screens.h"
 #include "platform/wallpaper_window.h"
 #include "playback/page_scripts.h"
-#include "playback/screen_signature.h"
 
 namespace tavelle {
 namespace {
@@ -38,7 +38,16 @@ void Controller::buildWindow(const Screen& screen) {
   windows_.push_back(std::move(window));
 }
 
-std::string Controller::currentSignature() const { return screenSignature(platform_.screens.list()); }
+std::string Controller::currentSignature() const {
+  std::string signature;
+  for (const Screen& screen : platform_.screens.list()) {
+    if (!signature.empty()) signature += '|';
+    const Rect& frame = screen.frame;
+    signature += "(" + shortestDecimal(frame.x) + ", " + shortestDecimal(frame.y) + ", " +
+                 shortestDecimal(frame.width) + ", " + shortestDecimal(frame.height) + ")";
+  }
+  return signature;
+}
 
 void Controller::screensChanged() {
   if (currentSignature() == screenSignature_) return;

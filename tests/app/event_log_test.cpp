@@ -1,5 +1,3 @@
-#include "app/event_log.h"
-
 #include <gtest/gtest.h>
 
 #include "app/controller.h"
@@ -10,22 +8,18 @@ namespace {
 
 constexpr auto logFile = "/home/Library/Logs/Tavelle.log";
 
-TEST(EventLog, StampsLinesInUtc) {
-  // 1741944413 is 2025-03-14 09:26:53 UTC.
-  const WallTime time{std::chrono::seconds(1741944413) + std::chrono::milliseconds(999)};
-  EXPECT_EQ(eventLogLine(time, "a\nb"), "2025-03-14 09:26:53 +0000 a\nb\n");
-  EXPECT_EQ(eventLogLine(WallTime{}, ""), "1970-01-01 00:00:00 +0000 \n");
-}
-
-TEST(EventLog, AppendsAndStartsAgainWhenTheFileIsTakenAway) {
+TEST(EventLog, AppendsWithTheTimeInUtcAndStartsAgainWhenTheFileIsTakenAway) {
   FakePlatform platform;
   platform.files.put(logFile, "what the user wrote\n");
+  // 1741944413 is 2025-03-14 09:26:53 UTC.
+  platform.clock.time = WallTime(std::chrono::seconds(1741944413) + std::chrono::milliseconds(999));
   Controller controller(platform);
   controller.log("one");
   controller.log("two");
   EXPECT_EQ(platform.files.content(logFile),
-            "what the user wrote\n1970-01-01 00:00:00 +0000 one\n1970-01-01 00:00:00 +0000 two\n");
+            "what the user wrote\n2025-03-14 09:26:53 +0000 one\n2025-03-14 09:26:53 +0000 two\n");
   platform.files.remove(logFile);
+  platform.clock.time = {};
   controller.log("three");
   EXPECT_EQ(platform.files.content(logFile), "1970-01-01 00:00:00 +0000 three\n");
   platform.files.remove("/home/Library/Logs");

@@ -5,7 +5,6 @@
 #include "app/controller.h"
 #include "fakes/fake_platform.h"
 #include "playback/page_scripts.h"
-#include "playback/screen_signature.h"
 
 namespace tavelle {
 namespace {
@@ -69,12 +68,6 @@ TEST_F(Playback, RebuildsOnceAfterABurstOfChanges) {
   platform.screens.changed();
   platform.mainLoop.turn(0.5);
   EXPECT_EQ(platform.log().back(), "showing on 0 display(s)");
-}
-
-TEST(ScreenSignature, JoinsTheFrames) {
-  EXPECT_EQ(screenSignature({}), "");
-  EXPECT_EQ(screenSignature({{"a", {0, 0, 1728, 1117}, {}, {}}, {"b", {-1280.5, 0, 1280, 720}, {}, {}}}),
-            "(0.0, 0.0, 1728.0, 1117.0)|(-1280.5, 0.0, 1280.0, 720.0)");
 }
 
 TEST_F(Playback, ReportsWhatHappensInPages) {
