@@ -80,7 +80,7 @@ class BinaryList {
     const std::uint64_t count = *number(trailer + 8, 8);
     table_ = *number(trailer + 24, 8);
     if (count > bytes_.size()) return false;
-    sizes_.assign(count, {});
+    sizes_.assign(count, std::nullopt);
     return measure(*number(trailer + 16, 8), 0).has_value();
   }
 
@@ -88,8 +88,6 @@ class BinaryList {
   static constexpr std::size_t trailerSize = 32;
 
   struct Size {
-    enum class State { unknown, underway, known };
-    State state = State::unknown;
     std::uint64_t memory = 0;
     std::uint64_t nodes = 0;
     std::size_t height = 0;
@@ -126,24 +124,20 @@ class BinaryList {
     return number(table_ + object * offsetSize_, offsetSize_);
   }
 
-  /// The memory and height of an unfolded object; none when there is something wrong with it.
+  /// What an object unfolds to; none when there is something wrong with it. One that holds itself nests too deeply, and
+  /// the first thing that is wrong ends all measuring.
   std::optional<Size> measure(std::uint64_t object, std::size_t depth) {
     if (object >= sizes_.size() || depth > deepestNesting) return std::nullopt;
-    if (sizes_[object].state == Size::State::underway) return std::nullopt;
-    if (sizes_[object].state == Size::State::unknown) {
-      sizes_[object].state = Size::State::underway;
-      const auto size = unfold(object, depth);
-      if (!size) return std::nullopt;
-      sizes_[object] = *size;
-    }
-    return depth + sizes_[object].height > deepestNesting ? std::nullopt : std::optional(sizes_[object]);
+    if (!sizes_[object]) sizes_[object] = unfold(object, depth);
+    if (sizes_[object] && depth + sizes_[object]->height > deepestNesting) return std::nullopt;
+    return sizes_[object];
   }
 
   std::optional<Size> unfold(std::uint64_t object, std::size_t depth) {
     const auto place = placeOf(object);
     const auto marker = place ? number(*place, 1) : std::nullopt;
     if (!marker) return std::nullopt;
-    Size size{Size::State::known, nodeMemory, 1, 1};
+    Size size{nodeMemory, 1, 1};
     const std::uint64_t kind = *marker >> 4;
     if (kind < 4) return size;
     std::uint64_t count = *marker & 15;
@@ -177,7 +171,8 @@ class BinaryList {
   std::uint64_t offsetSize_ = 0;
   std::uint64_t referenceSize_ = 0;
   std::uint64_t table_ = 0;
-  std::vector<Size> sizes_;
+  /// By object; none for one that has not been measured.
+  std::vector<std::optional<Size>> sizes_;
 };
 
 }  // namespace
