@@ -2,7 +2,6 @@
 
 #include "app/controller.h"
 #include "fakes/fake_platform.h"
-#include "playback/page_scripts.h"
 
 namespace tavelle {
 namespace {
@@ -42,33 +41,16 @@ class Monitoring : public testing::Test {
   std::size_t read_ = 0;
 };
 
-TEST_F(Monitoring, TellsThePageOfAScreenAndTheLogWhenItsFlagFlips) {
-  auto& pages = platform.webViews.made;
-  open({right});
-  platform.mainLoop.turn(0.5);
-  EXPECT_EQ(news(), Lines{"desktop covered on screen 1: paused"});
-  EXPECT_EQ(pages[1]->scripts, Lines{std::string(pauseJS)});
-  platform.mainLoop.turn(5);
-  EXPECT_EQ(news(), Lines{}) << "nothing changed";
-  open({left});
-  platform.mainLoop.turn(0.5);
-  EXPECT_EQ(news(), (Lines{"desktop covered on screen 0: paused", "desktop visible on screen 1: playing"}));
-  EXPECT_EQ(pages[0]->scripts, Lines{std::string(pauseJS)});
-  EXPECT_EQ(pages[1]->scripts, (Lines{std::string(pauseJS), std::string(playJS)}));
-}
-
 TEST_F(Monitoring, HasOneExactThreshold) {
   // Cells of 40 by 36: all rows but the last, and some columns of the last.
   const std::vector<Rect> points1418{{0, 0, 1920, 1044}, {0, 900, 1040, 180}};
   const std::vector<Rect> points1419{{0, 0, 1920, 1044}, {0, 900, 1080, 180}};
-  for (int round = 0; round < 3; ++round) {
-    open(points1418);
-    platform.mainLoop.turn(0.5);
-    EXPECT_EQ(news(), round == 0 ? Lines{} : Lines{"desktop visible on screen 0: playing"});
-    open(points1419);
-    platform.mainLoop.turn(0.5);
-    EXPECT_EQ(news(), Lines{"desktop covered on screen 0: paused"});
-  }
+  open(points1419);
+  platform.mainLoop.turn(0.5);
+  EXPECT_EQ(news(), Lines{"desktop covered on screen 0: paused"});
+  open(points1418);
+  platform.mainLoop.turn(0.5);
+  EXPECT_EQ(news(), Lines{"desktop visible on screen 0: playing"});
 }
 
 TEST_F(Monitoring, LooksOnATimerAndTwiceForEachEvent) {
@@ -88,11 +70,7 @@ TEST_F(Monitoring, LooksOnATimerAndTwiceForEachEvent) {
   lookedUntil(0.07, 0);  // 0.49 s
   lookedUntil(0.03, 3);  // 0.4 s after the other two, and the timer
   lookedUntil(0.47, 0);  // 0.99 s
-  platform.mainLoop.lateness = 1;
-  lookedUntil(0.02, 1);  // 1.01 s: already set, in time
-  lookedUntil(0.63, 0);  // 1.64 s
-  lookedUntil(0.02, 1);  // as late as the tolerance allows
-  lookedUntil(0.5, 1);   // lateness does not add up
+  lookedUntil(0.02, 1);  // 1.01 s
   controller.reset();
   EXPECT_FALSE(platform.workspace.happened);
   lookedUntil(10, 0);
