@@ -66,9 +66,7 @@ TEST_F(WallpaperList, LaysOutItsRows) {
   };
   for (const auto& [count, current, expanded, height, rows, last, offset] :
        std::vector<Case>{{0, {}, false, 22, 1, "No wallpapers yet", {}},
-                         {0, {}, true, 22, 1, "No wallpapers yet", {}},
                          {3, 1, false, 66, 3, "Wallpaper 2", {}},
-                         {3, 1, true, 66, 3, "Wallpaper 2", {}},
                          {4, 1, false, 88, 4, "Show All (4)", {}},
                          {8, 7, true, 198, 9, "Show Less", {}},
                          {9, {}, true, 209, 10, "Show Less", 0},
