@@ -54,9 +54,8 @@ struct FakeApplication final : Application {
     delegate.applicationDidFinishLaunching();
     return 0;
   }
-  void terminate() override { terminated = true; }
+  void terminate() override {}
   void offer(Command) override {}
-  bool terminated = false;
 };
 
 struct FakeWorkspace final : Workspace {
@@ -203,14 +202,11 @@ struct FakeWebView final : WebView {
 };
 
 struct FakeWindow final : WallpaperWindow {
-  explicit FakeWindow(const Screen& over) : screen(over) {}
-  void setContent(WebView& view) override { content = &view; }
+  void setContent(WebView& /*content*/) override {}
   void orderFront() override { visible = true; }
   void orderOut() override { visible = false; }
   bool isVisible() const override { return visible; }
 
-  Screen screen;
-  WebView* content = nullptr;
   bool visible = false;
 };
 
@@ -225,8 +221,8 @@ struct FakeWebViews final : WebViews {
 };
 
 struct FakeWindows final : WallpaperWindows {
-  std::unique_ptr<WallpaperWindow> make(const Screen& screen) override {
-    auto window = std::make_unique<FakeWindow>(screen);
+  std::unique_ptr<WallpaperWindow> make(const Screen& /*screen*/) override {
+    auto window = std::make_unique<FakeWindow>();
     made.push_back(window.get());
     return window;
   }
@@ -235,20 +231,19 @@ struct FakeWindows final : WallpaperWindows {
 
 /// A window that counts how often it was brought to the front.
 struct FakeGuideWindow final : GuideWindow {
-  FakeGuideWindow(const GuideWindows::Settings& made, GuideWindowDelegate& heard) : settings(made), delegate(heard) {}
+  explicit FakeGuideWindow(GuideWindowDelegate& heard) : delegate(heard) {}
   void show() override { ++shown; }
   bool isVisible() const override { return shown > 0; }
   void performClose() override { delegate.guideWindowWillClose(*this); }
 
-  GuideWindows::Settings settings;
   GuideWindowDelegate& delegate;
   int shown = 0;
 };
 
 struct FakeGuideWindows final : GuideWindows {
-  std::unique_ptr<GuideWindow> make(const Settings& settings, WebView& /*content*/,
+  std::unique_ptr<GuideWindow> make(const Settings& /*settings*/, WebView& /*content*/,
                                     GuideWindowDelegate& delegate) override {
-    auto window = std::make_unique<FakeGuideWindow>(settings, delegate);
+    auto window = std::make_unique<FakeGuideWindow>(delegate);
     made.push_back(window.get());
     return window;
   }

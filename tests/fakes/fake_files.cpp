@@ -15,26 +15,23 @@ bool isBelow(const fs::path& path, const fs::path& folder) {
 }  // namespace
 
 Result<std::vector<FileLocation>> FakeFiles::list(const fs::path& folder, Hidden hidden) const {
-  const auto found = objects_.find(folder);
-  if (found == objects_.end() || !found->second.folder) return Error{"no such folder"};
+  if (!isFolder(folder)) return Error{"no such folder"};
   std::vector<FileLocation> entries;
   for (const auto& [path, object] : objects_) {
     if (path.parent_path() != folder || path == folder) continue;
     if (hidden == Hidden::skip && path.filename().native().starts_with(".")) continue;
-    entries.push_back({path, created(path)});
+    entries.push_back({path, object.created});
   }
   return entries;
 }
 
 std::optional<WallTime> FakeFiles::created(const fs::path& path) const {
-  const auto found = objects_.find(path);
-  return found == objects_.end() || undated.contains(path) ? std::nullopt : std::optional(found->second.created);
+  return exists(path) ? std::optional(objects_.at(path).created) : std::nullopt;
 }
 
 Result<void> FakeFiles::createFolders(const fs::path& folder) {
-  if (const auto found = objects_.find(folder); found != objects_.end()) {
-    return found->second.folder ? Result<void>() : Error{"in the way"};
-  }
+  if (isFolder(folder)) return {};
+  if (exists(folder)) return Error{"in the way"};
   if (auto parent = createFolders(folder.parent_path()); !parent) return parent;
   return make(folder, {true, {}, {}});
 }
@@ -52,45 +49,37 @@ Result<void> FakeFiles::copy(const fs::path& from, const fs::path& to) {
 }
 
 Result<void> FakeFiles::copyFile(const fs::path& from, const fs::path& to) {
-  if (const auto found = objects_.find(from); found != objects_.end() && found->second.folder)
-    return Error{"not a file"};
-  return copy(from, to);
+  return isFolder(from) ? Error{"not a file"} : copy(from, to);
 }
 
 Result<void> FakeFiles::trash(const fs::path& path) {
-  if (!exists(path) || isBroken(path)) return Error{"can't trash"};
+  if (!exists(path) || isFull(path)) return Error{"can't trash"};
   remove(path);
   return {};
 }
 
 Result<std::string> FakeFiles::read(const fs::path& path) const {
-  const auto found = objects_.find(path);
-  if (found == objects_.end() || found->second.folder || isBroken(path)) return Error{"can't read"};
-  return found->second.content;
+  if (!exists(path) || isFolder(path)) return Error{"can't read"};
+  return objects_.at(path).content;
 }
 
 Result<void> FakeFiles::write(const fs::path& path, std::string_view bytes) {
-  if (const auto found = objects_.find(path); found != objects_.end() && found->second.folder)
-    return Error{"in the way"};
-  return make(path, {false, std::string(bytes), {}});
+  return isFolder(path) ? Error{"in the way"} : make(path, {false, std::string(bytes), {}});
 }
 
 Result<void> FakeFiles::append(const fs::path& path, std::string_view bytes) {
-  const auto found = objects_.find(path);
-  if (found == objects_.end()) return make(path, {false, std::string(bytes), {}});
-  if (found->second.folder || isBroken(path)) return Error{"can't open"};
-  found->second.content += bytes;
+  if (!exists(path)) return write(path, bytes);
+  if (isFolder(path) || isFull(path)) return Error{"can't open"};
+  objects_.at(path).content += bytes;
   return {};
 }
 
 void FakeFiles::put(const fs::path& path, std::string content) {
-  const auto unbroken = std::exchange(broken, {});
-  const auto writable = std::exchange(full, {});
+  const auto before = std::exchange(full, {});
   static_cast<void>(createFolders(path.parent_path()));
   objects_.erase(path);
   static_cast<void>(append(path, content));
-  broken = unbroken;
-  full = writable;
+  full = before;
 }
 
 void FakeFiles::remove(const fs::path& path) {
@@ -98,21 +87,19 @@ void FakeFiles::remove(const fs::path& path) {
 }
 
 std::optional<std::string> FakeFiles::content(const fs::path& path) const {
-  const auto found = objects_.find(path);
-  return found == objects_.end() ? std::nullopt : std::optional(found->second.content);
+  return exists(path) ? std::optional(objects_.at(path).content) : std::nullopt;
 }
 
 Result<void> FakeFiles::make(const fs::path& path, Object object) {
-  const auto parent = objects_.find(path.parent_path());
-  if (parent == objects_.end() || !parent->second.folder) return Error{"no such folder"};
-  if (isBroken(path) || full.contains(path)) return Error{"disk full"};
+  if (!isFolder(path.parent_path())) return Error{"no such folder"};
+  if (isFull(path)) return Error{"disk full"};
   object.created = now_ += std::chrono::seconds(1);
   objects_.insert_or_assign(path, std::move(object));
   return {};
 }
 
-bool FakeFiles::isBroken(const fs::path& path) const {
-  return std::any_of(broken.begin(), broken.end(), [&](const fs::path& each) { return isBelow(path, each); });
+bool FakeFiles::isFull(const fs::path& path) const {
+  return std::any_of(full.begin(), full.end(), [&](const fs::path& each) { return isBelow(path, each); });
 }
 
 }  // namespace tavelle

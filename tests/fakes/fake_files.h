@@ -28,12 +28,8 @@ class FakeFiles final : public Files {
   void remove(const std::filesystem::path& path);
   std::optional<std::string> content(const std::filesystem::path& path) const;
 
-  /// Objects that nothing can be written to or below.
-  std::set<std::filesystem::path> broken;
-  /// Objects that can be read but not written.
+  /// Objects that nothing can be written to or below, and that can't be moved.
   std::set<std::filesystem::path> full;
-  /// Objects whose creation time the file system does not report.
-  std::set<std::filesystem::path> undated;
 
  private:
   struct Object {
@@ -42,7 +38,8 @@ class FakeFiles final : public Files {
     WallTime created;
   };
   Result<void> make(const std::filesystem::path& path, Object object);
-  bool isBroken(const std::filesystem::path& path) const;
+  bool isFolder(const std::filesystem::path& path) const { return exists(path) && objects_.at(path).folder; }
+  bool isFull(const std::filesystem::path& path) const;
 
   std::map<std::filesystem::path, Object> objects_{{"/", {true, {}, {}}}};
   WallTime now_{std::chrono::hours(24)};

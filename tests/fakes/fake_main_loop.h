@@ -2,63 +2,57 @@
 
 #include <functional>
 #include <map>
-#include <memory>
 #include <utility>
 
 #include "platform/main_loop.h"
 
 namespace tavelle {
 
-/// A main loop whose time stands still until a test turns it.
+/// A main loop whose time stands still until a test turns it, and that is never late.
 class FakeMainLoop final : public MainLoop {
  public:
   Registration after(double seconds, std::function<void()> action) override {
-    const std::pair key(now_ + seconds, next_++);
-    waiting_.emplace(key, std::move(action));
-    return Registration([this, key] { waiting_.erase(key); });
+    return add(seconds, {std::move(action), 0});
   }
 
-  Registration repeat(double seconds, double tolerance, std::function<void()> action) override {
-    auto timer = std::make_shared<Repeating>(Repeating{seconds, tolerance, now_, std::move(action), {}});
-    schedule(timer);
-    return Registration([timer] { timer->next.cancel(); });
+  Registration repeat(double seconds, double /*tolerance*/, std::function<void()> action) override {
+    return add(seconds, {std::move(action), seconds});
   }
 
   /// Lets `seconds` pass and runs what falls due, in order of time.
   void turn(double seconds) {
     const double end = now_ + seconds;
     while (!waiting_.empty() && waiting_.begin()->first.first <= end) {
-      const auto due = waiting_.extract(waiting_.begin());
+      auto due = waiting_.extract(waiting_.begin());
       now_ = due.key().first;
-      due.mapped()();
+      const auto action = due.mapped().action;
+      if (const double period = due.mapped().period; period > 0) {
+        due.key().first += period;
+        waiting_.insert(std::move(due));
+      }
+      action();
     }
     now_ = end;
   }
 
-  /// Which share of their tolerance repeated actions are late.
-  double lateness = 0;
-
  private:
-  struct Repeating {
-    double seconds;
-    double tolerance;
-    double due;
+  struct Timer {
     std::function<void()> action;
-    Registration next;
+    /// 0 for one that runs once.
+    double period;
   };
 
-  void schedule(const std::shared_ptr<Repeating>& timer) {
-    timer->due += timer->seconds;
-    timer->next = after(timer->due + lateness * timer->tolerance - now_, [this, timer] {
-      schedule(timer);
-      timer->action();
-    });
+  Registration add(double seconds, Timer timer) {
+    const int number = next_++;
+    waiting_.emplace(std::pair(now_ + seconds, number), std::move(timer));
+    return Registration(
+        [this, number] { std::erase_if(waiting_, [&](const auto& each) { return each.first.second == number; }); });
   }
 
   double now_ = 0;
   int next_ = 0;
   /// By time due, then by order of the calls.
-  std::map<std::pair<double, int>, std::function<void()>> waiting_;
+  std::map<std::pair<double, int>, Timer> waiting_;
 };
 
 }  // namespace tavelle

@@ -1,8 +1,4 @@
-#include "library/deletion.h"
-
 #include <gtest/gtest.h>
-
-#include <sstream>
 
 #include "app/controller.h"
 #include "fakes/fake_platform.h"
@@ -31,11 +27,9 @@ struct Deletion : testing::Test {
 TEST_F(Deletion, AsksFirst) {
   launchWith({"Waves", "Dunes"}, {"Waves", "Dunes"});
   platform.files.put("/home/Pictures/Wallpapers/Waves/still.jpg");
-  for (const std::optional<std::size_t> answer : {std::optional<std::size_t>(1), std::optional<std::size_t>()}) {
-    platform.alerts.answer = answer;
-    controller.deleteWallpaper(wallpaper("Waves"));
-    EXPECT_TRUE(exists("Waves"));
-  }
+  platform.alerts.answer = 1;
+  controller.deleteWallpaper(wallpaper("Waves"));
+  EXPECT_TRUE(exists("Waves"));
   EXPECT_EQ(platform.log(), Lines{});
   const Alert& alert = platform.alerts.shown.back();
   EXPECT_EQ(alert.message, "Delete “Waves”?");
@@ -63,38 +57,13 @@ TEST_F(Deletion, ShowsTheNextOneInThePlaceOfTheOneOnShow) {
 
 TEST_F(Deletion, TellsWhatWentWrongAndChangesNothing) {
   launchWith({"Waves"}, {"Waves"});
-  platform.files.broken.insert("/home/Pictures/Wallpapers/Waves");
+  platform.files.full.insert("/home/Pictures/Wallpapers/Waves");
   EXPECT_FALSE(controller.trash(wallpaper("Waves")));
   EXPECT_EQ(platform.log(), Lines{"couldn't delete Waves: can't trash"});
   EXPECT_EQ(platform.alerts.shown.back().message, "Couldn't delete “Waves”");
   EXPECT_EQ(platform.alerts.shown.back().information, "can't trash");
   EXPECT_EQ(controller.current()->name(), "Waves");
   EXPECT_EQ(platform.defaults.stringArray("recentWallpapers"), Lines{"Waves"});
-}
-
-TEST(DeletionByName, ReportsAndRepairsWhatWasStored) {
-  struct Case {
-    const char* name;
-    bool broken;
-    int status;
-    std::string out;
-    std::string stored;
-  };
-  for (const auto& [name, broken, status, out, stored] :
-       std::initializer_list<Case>{{"Waves", false, 0, "deleted Waves\n", "Dunes"},
-                                   {"Dunes", false, 0, "deleted Dunes\n", "Waves"},
-                                   {"Waves", true, 0, "failed\n", "Waves"},
-                                   {"waves", false, 1, "no wallpaper named waves\n", "Waves"}}) {
-    FakePlatform platform;
-    for (const char* each : {"Waves", "Dunes"}) platform.addWallpaper(each);
-    platform.defaults.set("wallpaper", std::string("Waves"));
-    if (broken) platform.files.broken.insert("/home/Pictures/Wallpapers/Waves");
-    Controller controller(platform);
-    std::ostringstream printed;
-    EXPECT_EQ(deleteNamed(controller, name, platform.textOrder, printed), status) << out;
-    EXPECT_EQ(printed.str(), out);
-    EXPECT_EQ(platform.defaults.string("wallpaper"), stored);
-  }
 }
 
 }  // namespace

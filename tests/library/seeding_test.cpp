@@ -44,11 +44,11 @@ TEST_F(Seeding, LeavesTheUsersOwnFolderAlone) {
 TEST_F(Seeding, TriesAFailedCopyAgain) {
   addSample("Aurora");
   addSample("Beach");
-  platform.files.broken = {controller.library() / "Aurora"};
+  platform.files.full = {controller.library() / "Aurora"};
   controller.seedLibraryIfEmpty();
   EXPECT_EQ(platform.log(), (Names{"couldn't add Aurora: disk full", "added the bundled Beach wallpaper"}));
   EXPECT_EQ(seeded(), Names{"Beach"});
-  platform.files.broken.clear();
+  platform.files.full.clear();
   controller.seedLibraryIfEmpty();
   EXPECT_EQ(seeded(), (Names{"Aurora", "Beach"}));
 }
