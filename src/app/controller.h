@@ -122,8 +122,7 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   void show(const Wallpaper& wallpaper);
   /// Replaces all wallpaper windows and their pages by new ones, one for each screen there is.
   void buildWindows();
-  /// Brings the page at `index` to what the pause switch and the screen's covered flag ask for; it rests in any case
-  /// when no wallpaper is on show.
+  /// Brings the page at `index` to what the pause switch and the screen's covered flag ask for.
   void applyPlayState(std::size_t index);
   void togglePause();
   bool paused() const { return paused_; }

@@ -9,6 +9,8 @@
 #include "platform/text_order.h"
 #include "platform/user_defaults.h"
 #include "platform/wallpaper_window.h"
+#include "platform/web_view.h"
+#include "playback/page_scripts.h"
 #include "playback/show.h"
 
 namespace tavelle {
@@ -51,7 +53,8 @@ void Controller::showNext() {
   current_.reset();
   platform_.defaults.remove(wallpaperKey);
   for (const auto& window : windows_) window->orderOut();
-  for (std::size_t i = 0; i < webViews_.size(); ++i) applyPlayState(i);
+  // What is left in the hidden windows could still be heard.
+  for (const auto& webView : webViews_) webView->evaluate(pauseJS, {});
 }
 
 void Controller::takeStoredWallpaper(const std::vector<Wallpaper>& all) {

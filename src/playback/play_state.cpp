@@ -4,10 +4,7 @@
 
 namespace tavelle {
 
-bool Controller::shouldRest(std::size_t index) const {
-  // Without a wallpaper on show the windows are hidden, and a page left in them could still be heard.
-  return !current_ || paused_ || (index < covered_.size() && covered_[index]);
-}
+bool Controller::shouldRest(std::size_t index) const { return paused_ || (index < covered_.size() && covered_[index]); }
 
 void Controller::applyPlayState(std::size_t index) {
   if (index >= webViews_.size()) return;
