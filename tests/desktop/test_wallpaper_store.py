@@ -122,6 +122,15 @@ def test_leaves_a_store_alone_that_it_cannot_read(store):
     assert store.sync() == UNREADABLE
 
 
+def test_no_image_at_all_changes_nothing(store):
+    store.put(a_store())
+    before = store.file.read_bytes()
+    lines = store.sync("")  # as from a script's unset variable
+    assert len(lines) == 2 and lines[0].startswith("desktops: couldn't tell which image is meant: ")
+    assert lines[1] == "already the same everywhere"
+    assert store.file.read_bytes() == before
+
+
 def test_full_disk_leaves_the_old_store_whole(store):
     store.put(a_store(300))
     before = store.file.read_bytes()
