@@ -7,7 +7,7 @@
 
 #include <memory>
 
-#include "app/allocated.h"
+#include "base/allocated.h"
 #include "coverage/coverage.h"
 #include "platform/linux/desktop_services.h"
 #include "platform/linux/handles.h"

@@ -6,13 +6,13 @@
 
 #include <string>
 
-#include "app/pending_calls.h"
 #include "fakes/fake_main_loop.h"
 #include "menu/menu_theme.h"
 #include "menu/scroll_view.h"
 #include "menu/wallpaper_list_view.h"
 #include "platform/linux/drawing/cairo_bitmaps.h"
 #include "platform/linux/drawing/drawing_handles.h"
+#include "platform/pending_calls.h"
 
 namespace tavelle {
 namespace {

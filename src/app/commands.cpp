@@ -4,8 +4,8 @@
 #include <functional>
 #include <string>
 
-#include "app/controller.h"
 #include "library/listing.h"
+#include "model/controller.h"
 #include "platform/application.h"
 #include "platform/platform.h"
 

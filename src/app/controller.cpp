@@ -1,4 +1,4 @@
-#include "app/controller.h"
+#include "model/controller.h"
 
 #include "guide/guide.h"
 #include "platform/application.h"

@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <string>
 
-#include "app/controller.h"
-#include "app/text.h"
+#include "base/text.h"
+#include "model/controller.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 

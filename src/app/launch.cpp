@@ -2,8 +2,8 @@
 #include <string>
 #include <vector>
 
-#include "app/controller.h"
 #include "library/listing.h"
+#include "model/controller.h"
 #include "platform/screens.h"
 #include "platform/text_order.h"
 #include "platform/user_defaults.h"

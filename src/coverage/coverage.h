@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-#include "platform/geometry.h"
+#include "base/geometry.h"
 
 namespace tavelle {
 

@@ -2,7 +2,7 @@
 
 #include <ostream>
 
-#include "app/text.h"
+#include "base/text.h"
 #include "coverage/coverage.h"
 #include "platform/screens.h"
 

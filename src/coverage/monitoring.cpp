@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <string>
 
-#include "app/controller.h"
 #include "coverage/coverage.h"
+#include "model/controller.h"
 #include "platform/main_loop.h"
 #include "platform/screens.h"
 #include "platform/status_item.h"

@@ -1,5 +1,5 @@
-#include "app/controller.h"
 #include "desktop_picture/wallpaper_store.h"
+#include "model/controller.h"
 #include "platform/main_loop.h"
 
 namespace tavelle {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "app/property_list.h"
+#include "base/property_list.h"
 #include "platform/clock.h"
 
 namespace tavelle {

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <utility>
 
-#include "app/file_uri.h"
+#include "base/file_uri.h"
 #include "desktop_picture/store_entries.h"
 #include "desktop_picture/wallpaper_store.h"
 #include "platform/desktop_picture.h"

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "app/property_list.h"
-#include "platform/registration.h"
+#include "base/property_list.h"
+#include "base/registration.h"
 
 namespace tavelle {
 

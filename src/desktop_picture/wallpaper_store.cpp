@@ -2,9 +2,9 @@
 
 #include <cstdint>
 
-#include "app/allocated.h"
-#include "app/file_uri.h"
-#include "app/text.h"
+#include "base/allocated.h"
+#include "base/file_uri.h"
+#include "base/text.h"
 #include "platform/files.h"
 #include "platform/processes.h"
 

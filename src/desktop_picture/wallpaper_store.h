@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-#include "app/property_list.h"
+#include "base/property_list.h"
 #include "platform/clock.h"
 
 namespace tavelle {

@@ -4,7 +4,7 @@
 #include <utility>
 #include <variant>
 
-#include "app/controller.h"
+#include "model/controller.h"
 #include "platform/files.h"
 #include "platform/login_item.h"
 #include "platform/main_loop.h"

@@ -4,9 +4,9 @@
 #include <memory>
 #include <string>
 
-#include "app/pending_calls.h"
+#include "base/registration.h"
 #include "platform/guide_window.h"
-#include "platform/registration.h"
+#include "platform/pending_calls.h"
 #include "platform/web_view.h"
 
 namespace tavelle {

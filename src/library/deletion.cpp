@@ -2,8 +2,8 @@
 
 #include <ostream>
 
-#include "app/controller.h"
 #include "library/listing.h"
+#include "model/controller.h"
 #include "platform/alerts.h"
 #include "platform/files.h"
 #include "platform/text_order.h"

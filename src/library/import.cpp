@@ -2,8 +2,8 @@
 #include <string>
 #include <string_view>
 
-#include "app/controller.h"
-#include "app/text.h"
+#include "base/text.h"
+#include "model/controller.h"
 #include "platform/alerts.h"
 #include "platform/file_types.h"
 #include "platform/files.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/controller.h"
+#include "model/controller.h"
 #include "platform/text_order.h"
 #include "platform/user_defaults.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "library/wallpaper.h"
+#include "model/wallpaper.h"
 
 namespace tavelle {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "app/controller.h"
+#include "model/controller.h"
 #include "platform/files.h"
 #include "platform/text_order.h"
 #include "platform/user_defaults.h"

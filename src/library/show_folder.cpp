@@ -1,4 +1,4 @@
-#include "app/controller.h"
+#include "model/controller.h"
 #include "platform/workspace.h"
 
 namespace tavelle {

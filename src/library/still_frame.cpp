@@ -1,5 +1,5 @@
-#include "app/controller.h"
-#include "app/text.h"
+#include "base/text.h"
+#include "model/controller.h"
 #include "platform/files.h"
 #include "platform/video_frames.h"
 

@@ -11,14 +11,14 @@
 #include <utility>
 #include <vector>
 
-#include "app/controller.h"
-#include "app/pending_calls.h"
 #include "library/listing.h"
 #include "menu/menu_row.h"
 #include "menu/menu_theme.h"
 #include "menu/wallpaper_list_view.h"
+#include "model/controller.h"
 #include "platform/bitmaps.h"
 #include "platform/files.h"
+#include "platform/pending_calls.h"
 #include "platform/platform.h"
 #include "platform/text_order.h"
 

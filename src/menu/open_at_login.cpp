@@ -1,4 +1,4 @@
-#include "app/controller.h"
+#include "model/controller.h"
 #include "platform/alerts.h"
 #include "platform/login_item.h"
 

@@ -1,8 +1,8 @@
 #include <cmath>
 #include <string>
 
-#include "app/controller.h"
 #include "menu/wallpaper_list_view.h"
+#include "model/controller.h"
 #include "platform/login_item.h"
 #include "platform/status_item.h"
 #include "platform/user_defaults.h"

@@ -4,8 +4,8 @@
 #include <string>
 #include <utility>
 
-#include "app/pending_calls.h"
 #include "menu/scroll_view.h"
+#include "platform/pending_calls.h"
 
 namespace tavelle {
 namespace {

@@ -5,9 +5,9 @@
 #include <optional>
 #include <vector>
 
-#include "library/wallpaper.h"
 #include "menu/menu_row.h"
 #include "menu/view.h"
+#include "model/wallpaper.h"
 
 namespace tavelle {
 

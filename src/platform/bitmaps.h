@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/result.h"
+#include "base/result.h"
 
 namespace tavelle {
 

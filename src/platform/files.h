@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/result.h"
 #include "platform/clock.h"
-#include "platform/result.h"
 
 namespace tavelle {
 

@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "platform/registration.h"
+#include "base/registration.h"
 
 namespace tavelle {
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/registration.h"
-#include "platform/result.h"
+#include "base/registration.h"
+#include "base/result.h"
 
 namespace tavelle {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/geometry.h"
-#include "platform/registration.h"
+#include "base/geometry.h"
+#include "base/registration.h"
 
 namespace tavelle {
 

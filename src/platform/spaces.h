@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/registration.h"
+#include "base/registration.h"
 
 namespace tavelle {
 

@@ -8,7 +8,7 @@
 #include <variant>
 #include <vector>
 
-#include "platform/registration.h"
+#include "base/registration.h"
 
 namespace tavelle {
 

@@ -4,7 +4,7 @@
 #include <optional>
 #include <vector>
 
-#include "platform/geometry.h"
+#include "base/geometry.h"
 
 namespace tavelle {
 

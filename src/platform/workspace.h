@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <functional>
 
-#include "platform/registration.h"
+#include "base/registration.h"
 
 namespace tavelle {
 

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "app/controller.h"
-#include "app/text.h"
+#include "base/text.h"
+#include "model/controller.h"
 #include "platform/user_defaults.h"
 #include "playback/page_scripts.h"
 #include "playback/script_value.h"

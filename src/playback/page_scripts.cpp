@@ -1,6 +1,6 @@
 #include "playback/page_scripts.h"
 
-#include "app/text.h"
+#include "base/text.h"
 
 namespace tavelle {
 

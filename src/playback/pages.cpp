@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "app/controller.h"
+#include "model/controller.h"
 #include "platform/wallpaper_window.h"
 #include "playback/page_scripts.h"
 #include "playback/script_value.h"

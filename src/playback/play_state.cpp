@@ -1,4 +1,4 @@
-#include "app/controller.h"
+#include "model/controller.h"
 #include "platform/web_view.h"
 #include "playback/page_scripts.h"
 

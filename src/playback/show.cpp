@@ -1,6 +1,6 @@
 #include "playback/show.h"
 
-#include "app/controller.h"
+#include "model/controller.h"
 #include "platform/desktop_picture.h"
 #include "platform/screens.h"
 #include "platform/user_defaults.h"

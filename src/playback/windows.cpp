@@ -1,5 +1,5 @@
-#include "app/controller.h"
-#include "app/text.h"
+#include "base/text.h"
+#include "model/controller.h"
 #include "platform/main_loop.h"
 #include "platform/screens.h"
 #include "platform/wallpaper_window.h"

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "app/controller.h"
 #include "desktop_picture/wallpaper_store.h"
 #include "fakes/fake_platform.h"
+#include "model/controller.h"
 
 namespace tavelle {
 namespace {

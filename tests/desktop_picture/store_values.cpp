@@ -2,7 +2,7 @@
 
 #include <map>
 
-#include "app/allocated.h"
+#include "base/allocated.h"
 
 namespace tavelle {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "app/property_list.h"
+#include "base/property_list.h"
 
 namespace tavelle {
 

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "app/text.h"
+#include "base/text.h"
 #include "platform/alerts.h"
 #include "platform/application.h"
 #include "platform/clock.h"

@@ -6,10 +6,10 @@
 #include <map>
 #include <sstream>
 
-#include "app/controller.h"
 #include "fakes/fake_platform.h"
 #include "menu/menu_row.h"
 #include "menu/menu_theme.h"
+#include "model/controller.h"
 #include "platform/linux/drawing/cairo_bitmaps.h"
 #include "platform/linux/drawing/drawing_handles.h"
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "app/controller.h"
 #include "fakes/fake_platform.h"
+#include "model/controller.h"
 
 namespace tavelle {
 namespace {

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "app/controller.h"
 #include "fakes/fake_platform.h"
 #include "menu/wallpaper_list_view.h"
+#include "model/controller.h"
 #include "platform/status_item.h"
 
 namespace tavelle {

@@ -5,9 +5,9 @@
 #include <cmath>
 #include <string>
 
-#include "app/pending_calls.h"
 #include "fakes/fake_main_loop.h"
 #include "menu/scroll_view.h"
+#include "platform/pending_calls.h"
 
 namespace tavelle {
 namespace {

@@ -7,7 +7,7 @@
 #include <fstream>
 #include <limits>
 
-#include "app/text.h"
+#include "base/text.h"
 #include "fakes/fake_defaults.h"
 #include "fakes/temporary_folder.h"
 #include "platform/linux/plist_defaults.h"

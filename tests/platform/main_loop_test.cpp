@@ -1,9 +1,9 @@
 #include <glib.h>
 #include <gtest/gtest.h>
 
-#include "app/pending_calls.h"
 #include "fakes/fake_main_loop.h"
 #include "platform/linux/glib_main_loop.h"
+#include "platform/pending_calls.h"
 
 namespace tavelle {
 namespace {

@@ -11,7 +11,7 @@
 #include <system_error>
 #include <utility>
 
-#include "app/text.h"
+#include "base/text.h"
 #include "platform/linux/atomic_write.h"
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/handles.h"

@@ -5,7 +5,7 @@
 #include <csignal>
 #include <memory>
 
-#include "app/text.h"
+#include "base/text.h"
 #include "platform/linux/handles.h"
 
 namespace tavelle {

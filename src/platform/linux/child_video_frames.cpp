@@ -15,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-#include "app/text.h"
+#include "base/text.h"
 #include "platform/linux/file_descriptor.h"
 
 namespace tavelle {

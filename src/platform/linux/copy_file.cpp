@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-#include "app/text.h"
+#include "base/text.h"
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/staged_file.h"
 

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "platform/result.h"
+#include "base/result.h"
 
 namespace tavelle {
 

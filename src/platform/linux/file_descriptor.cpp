@@ -9,7 +9,7 @@
 #include <string>
 #include <system_error>
 
-#include "app/text.h"
+#include "base/text.h"
 
 namespace tavelle {
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/result.h"
+#include "base/result.h"
 
 namespace tavelle {
 

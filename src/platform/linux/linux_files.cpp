@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <system_error>
 
-#include "app/text.h"
+#include "base/text.h"
 #include "platform/linux/atomic_write.h"
 #include "platform/linux/copy_file.h"
 #include "platform/linux/file_descriptor.h"

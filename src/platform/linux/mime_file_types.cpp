@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "app/text.h"
+#include "base/text.h"
 #include "platform/linux/handles.h"
 
 namespace tavelle {

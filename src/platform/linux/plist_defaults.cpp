@@ -8,7 +8,7 @@
 #include <cerrno>
 #include <system_error>
 
-#include "app/text.h"
+#include "base/text.h"
 #include "platform/linux/atomic_write.h"
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/rename_to_new.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/property_list.h"
+#include "base/property_list.h"
 #include "platform/user_defaults.h"
 
 namespace tavelle {

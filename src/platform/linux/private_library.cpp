@@ -2,7 +2,7 @@
 
 #include <dlfcn.h>
 
-#include "app/text.h"
+#include "base/text.h"
 #include "platform/linux/standard_paths.h"
 
 namespace tavelle {

@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <string>
 
+#include "base/result.h"
 #include "platform/linux/file_descriptor.h"
-#include "platform/result.h"
 
 namespace tavelle {
 

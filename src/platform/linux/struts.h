@@ -2,7 +2,7 @@
 
 #include <span>
 
-#include "platform/geometry.h"
+#include "base/geometry.h"
 
 namespace tavelle {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/geometry.h"
+#include "base/geometry.h"
 #include "platform/window_list.h"
 
 namespace tavelle {

@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "base/result.h"
 #include "platform/linux/video_frame/gst_handles.h"
-#include "platform/result.h"
 
 namespace tavelle {
 

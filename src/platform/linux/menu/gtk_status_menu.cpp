@@ -1,0 +1,254 @@
+#include "platform/linux/menu/gtk_status_menu.h"
+
+// gtkmm has to come before the macros of X11.
+// clang-format off
+#include <glibmm/main.h>
+#include <gtkmm/checkmenuitem.h>
+#include <gtkmm/label.h>
+#include <gtkmm/separatormenuitem.h>
+#include <gtkmm/window.h>
+#include <gdk/gdkkeysyms.h>
+#include <gdk/gdkx.h>
+// clang-format on
+
+#include <algorithm>
+#include <memory>
+
+#include "platform/linux/handles.h"
+#include "platform/linux/menu/list_menu_item.h"
+#include "platform/linux/menu/menu_anchor.h"
+#include "platform/linux/menu/menu_style.h"
+#include "platform/linux/toolkit/gdk_screens.h"
+#include "platform/linux/wayland/layer_shell.h"
+
+namespace tavelle {
+namespace {
+
+/// A panel lets go of the pointer when the button that was pressed on it is released, or some frames later.
+constexpr unsigned retryMilliseconds = 40;
+constexpr int maxAttempts = 50;
+
+using EventPtr = std::unique_ptr<GdkEvent, FreeWith<gdk_event_free>>;
+
+/// The time of the event that is being handled, else the server's time now. `asking` is a window of this program's.
+guint32 timeOfClick(GdkWindow* asking) {
+  const guint32 ofEvent = gtk_get_current_event_time();
+  if (ofEvent != GDK_CURRENT_TIME) return ofEvent;
+  gdk_window_set_events(asking, static_cast<GdkEventMask>(gdk_window_get_events(asking) | GDK_PROPERTY_CHANGE_MASK));
+  return gdk_x11_get_server_time(asking);
+}
+
+/// What opens a menu: a click in the root window. With the true time the toolkit can tell the end of that click from
+/// the choice of an item; a button let go of before that time would close the menu.
+EventPtr clickInRoot(GdkWindow* asking) {
+  GdkWindow* const root = gdk_get_default_root_window();
+  EventPtr event(gdk_event_new(GDK_BUTTON_PRESS));
+  event->button.window = retain(root).release();
+  event->button.button = GDK_BUTTON_PRIMARY;
+  event->button.time = timeOfClick(asking);
+  gdk_event_set_device(event.get(), gdk_seat_get_pointer(gdk_display_get_default_seat(gdk_window_get_display(root))));
+  return event;
+}
+
+Gdk::Rectangle pointerPlace() {
+  GdkDisplay* const display = gdk_display_get_default();
+  int x = 0;
+  int y = 0;
+  gdk_device_get_position(gdk_seat_get_pointer(gdk_display_get_default_seat(display)), nullptr, &x, &y);
+  return {x, y, 1, 1};
+}
+
+/// On Wayland a panel may know no more than where on its icon the click was.
+bool isCountedFromIcon(const Gdk::Rectangle& place) {
+  constexpr int largestIcon = 48;
+  return place.get_x() < largestIcon && place.get_y() < largestIcon;
+}
+
+std::unique_ptr<Gtk::MenuItem> makeItem(const MenuItem& item);
+
+/// A submenu whose items come as they are needed: there may be one for each of thousands of wallpapers, and the toolkit
+/// takes seconds for so many.
+class Submenu final : public Gtk::Menu {
+ public:
+  /// `items` must outlive this.
+  explicit Submenu(const MenuItems& items) : items_(items) {
+    useMenuStyle(*this);
+    signal_map().connect([this] {
+      adding_ = Glib::signal_timeout().connect([this] { return add(furtherItems); }, furtherMilliseconds);
+    });
+    signal_unmap().connect([this] { adding_.disconnect(); });
+  }
+  Submenu(const Submenu&) = delete;
+  Submenu& operator=(const Submenu&) = delete;
+  ~Submenu() override { adding_.disconnect(); }
+
+  /// Before it opens: as many as the highest screen shows.
+  void prepare() {
+    if (added_ == 0) add(firstItems);
+  }
+
+ private:
+  static constexpr std::size_t firstItems = 120;
+  static constexpr std::size_t furtherItems = 20;
+  static constexpr unsigned furtherMilliseconds = 15;
+
+  /// Whether there are more to add.
+  bool add(std::size_t count) {
+    for (const std::size_t end = std::min(items_.size(), added_ + count); added_ < end; ++added_) {
+      auto* const item = Gtk::manage(makeItem(items_[added_]).release());
+      append(*item);
+      item->show_all();
+    }
+    return added_ < items_.size();
+  }
+
+  const MenuItems& items_;
+  std::size_t added_ = 0;
+  sigc::connection adding_;
+};
+
+std::unique_ptr<Gtk::MenuItem> makeItem(const MenuItem& item) {
+  if (item.kind == MenuItem::Kind::separator) return std::make_unique<Gtk::SeparatorMenuItem>();
+  std::unique_ptr<Gtk::MenuItem> made;
+  if (item.checked) {
+    auto check = std::make_unique<Gtk::CheckMenuItem>(item.title);
+    check->set_active(*item.checked);
+    made = std::move(check);
+  } else {
+    made = std::make_unique<Gtk::MenuItem>(item.title);
+  }
+  // A long name must not make the menu wider than the screen.
+  auto& label = dynamic_cast<Gtk::Label&>(*made->get_child());
+  label.set_ellipsize(Pango::ELLIPSIZE_END);
+  label.set_max_width_chars(50);
+  if (item.kind == MenuItem::Kind::heading) made->get_style_context()->add_class("tavelle-heading");
+  if (!item.submenu.empty()) {
+    auto* const submenu = Gtk::make_managed<Submenu>(item.submenu);
+    made->set_submenu(*submenu);
+    made->signal_select().connect([submenu] { submenu->prepare(); });
+  } else if (item.action) {
+    // Later, since it may open a dialog, and the menu that the item belongs to may be gone by then.
+    made->signal_activate().connect([action = item.action] { Glib::signal_idle().connect_once(action); });
+  } else {
+    made->set_sensitive(false);
+  }
+  return made;
+}
+
+}  // namespace
+
+GtkStatusMenu::GtkStatusMenu(const MenuItems& menu, std::function<void(bool)> outgrown)
+    : outgrown_(std::move(outgrown)) {
+  useMenuStyle(*this);
+  for (const MenuItem& item : menu) {
+    if (item.kind == MenuItem::Kind::list) {
+      list_ = Gtk::make_managed<ListMenuItem>(item.list, ListMenuItem::Menu{[this] { cancel(); }, [this] { fit(); }});
+      append(*list_);
+    } else {
+      append(*Gtk::manage(makeItem(item).release()));
+    }
+  }
+  show_all_children();
+  signal_unmap().connect([this] { leaveAnchor(); });
+}
+
+GtkStatusMenu::~GtkStatusMenu() {
+  nextAttempt_.disconnect();
+  leaving_.disconnect();
+}
+
+void GtkStatusMenu::popUp(const std::optional<Gdk::Rectangle>& place, bool onList) {
+  if (isLayerDisplay(gdk_display_get_default())) return popUpOnLayer(place, onList);
+  place_ = place ? *place : pointerPlace();
+  attempts_ = 0;
+  tryToPopUp();
+}
+
+void GtkStatusMenu::popUpOnLayer(const std::optional<Gdk::Rectangle>& place, bool onList) {
+  const bool known = place && !isCountedFromIcon(*place);
+  GdkMonitor* const monitor =
+      known ? monitorAt({static_cast<double>(place->get_x()), static_cast<double>(place->get_y())}) : monitorAt({});
+  if (!monitor) return;
+  const Rect screen = placesOf({monitor}).front();
+  // Only the compositor knows where the pointer is, so it is the corner where most panels have their icons.
+  const int left = known ? place->get_x() - static_cast<int>(screen.x) : static_cast<int>(screen.width) - 1;
+  const int top = known ? place->get_y() - static_cast<int>(screen.y) : 0;
+  roomBelow_ = static_cast<int>(screen.height) - top - 1;
+  anchor_ = std::make_unique<MenuAnchor>(monitor, left, top, [this, onList] {
+    openAtAnchor();
+    if (onList) select_item(*list_);
+  });
+}
+
+void GtkStatusMenu::openAtAnchor() {
+  const GdkRectangle point{0, 0, 1, 1};
+  gtk_menu_popup_at_rect(gobj(), anchor_->surface(), &point, GDK_GRAVITY_SOUTH_WEST, GDK_GRAVITY_NORTH_WEST, nullptr);
+  opensBelow_ = fitsBelow();
+  // A menu that could not open never closes.
+  if (!get_visible()) leaveAnchor();
+}
+
+/// The keyboard goes back to where it was. Not before the popup has gone, which is the surface's.
+void GtkStatusMenu::leaveAnchor() {
+  leaving_ = Glib::signal_idle().connect([this] {
+    anchor_.reset();
+    return false;
+  });
+}
+
+void GtkStatusMenu::tryToPopUp() {
+  Gtk::Widget& window = *get_toplevel();
+  gtk_widget_realize(window.gobj());
+  const EventPtr event = clickInRoot(window.get_window()->gobj());
+  gtk_menu_popup_at_rect(gobj(), gdk_get_default_root_window(), place_.gobj(), GDK_GRAVITY_SOUTH_WEST,
+                         GDK_GRAVITY_NORTH_WEST, event.get());
+  if (get_visible() || ++attempts_ == maxAttempts) return;
+  nextAttempt_ = Glib::signal_timeout().connect(
+      [this] {
+        tryToPopUp();
+        return false;
+      },
+      retryMilliseconds);
+}
+
+void GtkStatusMenu::fit() {
+  auto* const window = dynamic_cast<Gtk::Window*>(get_toplevel());
+  if (!window) return;
+  // The menu's window keeps the size that it was opened with until it is told, and its place until it is asked.
+  Gtk::Requisition minimum;
+  Gtk::Requisition natural;
+  // With the shadow that the toolkit draws round it on Wayland.
+  window->get_preferred_size(minimum, natural);
+  if (anchor_ && !(opensBelow_ && fitsBelow())) {
+    const bool onList = isOnList();
+    popdown();
+    return outgrown_(onList);
+  }
+  window->get_window()->resize(natural.width, natural.height);
+  window->resize(natural.width, natural.height);
+  reposition();
+}
+
+bool GtkStatusMenu::fitsBelow() const {
+  Gtk::Requisition minimum;
+  Gtk::Requisition natural;
+  get_preferred_size(minimum, natural);
+  return natural.height <= roomBelow_;
+}
+
+bool GtkStatusMenu::isOnList() const {
+  return list_ && gtk_menu_shell_get_selected_item(GTK_MENU_SHELL(gobj())) == GTK_WIDGET(list_->gobj());
+}
+
+bool GtkStatusMenu::on_key_press_event(GdkEventKey* event) {
+  const bool before = isOnList();
+  if (before && list_->pressKey(event->keyval)) return true;
+  const bool handled = Gtk::Menu::on_key_press_event(event);
+  if (!before && isOnList()) {
+    const bool fromBelow = event->keyval == GDK_KEY_Up || event->keyval == GDK_KEY_KP_Up;
+    list_->enterByKeyboard(fromBelow ? ListMenuItem::End::last : ListMenuItem::End::first);
+  }
+  return handled;
+}
+
+}  // namespace tavelle

@@ -1,0 +1,88 @@
+#include "platform/linux/menu/menu_style.h"
+
+#include <gtkmm/cssprovider.h>
+#include <gtkmm/stylecontext.h>
+
+#include <memory>
+
+#include "platform/linux/handles.h"
+
+namespace tavelle {
+namespace {
+
+// A row's text begins 26 points from the left: the highlight's margin of 5, and 21 for the check mark.
+constexpr auto style = R"(
+.tavelle-menu { padding: 5px 0; }
+.tavelle-menu menuitem {
+  min-height: 22px; padding: 0 5px; margin: 0 5px; border-radius: 5px;
+}
+.tavelle-menu menuitem check, .tavelle-menu menuitem check:dir(ltr), .tavelle-menu menuitem check:dir(rtl) {
+  min-width: 12px; min-height: 12px; margin: 0 2px 0 0; padding: 0; border-width: 1px;
+}
+.tavelle-menu menuitem check {
+  -gtk-icon-source: none; border-color: transparent; background: none; box-shadow: none; color: inherit; -gtk-icon-shadow: none;
+}
+.tavelle-menu menuitem check:checked { -gtk-icon-source: -gtk-icontheme("object-select-symbolic"); }
+.tavelle-menu separator { margin: 5px 12px; }
+.tavelle-menu .tavelle-heading { font-weight: bold; }
+.tavelle-menu .tavelle-heading label { font-size: 90%; }
+)";
+
+/// Less important text is paler.
+constexpr double secondaryOpacity = 0.62;
+
+using RgbaPtr = std::unique_ptr<GdkRGBA, FreeWith<gdk_rgba_free>>;
+using FontDescriptionPtr = std::unique_ptr<PangoFontDescription, FreeWith<pango_font_description_free>>;
+
+/// As drawn on what lies behind it.
+Color colorOf(GtkStyleContext* context, GtkStateFlags state, const char* property) {
+  GdkRGBA* found = nullptr;
+  gtk_style_context_get(context, state, property, &found, nullptr);
+  const RgbaPtr color(found);
+  return color ? Color{color->red, color->green, color->blue, color->alpha} : Color{};
+}
+
+/// The background of the item under the pointer. Some themes paint an image there; then the one of selected text.
+Color accentOf(GtkStyleContext* context) {
+  const Color background = colorOf(context, GTK_STATE_FLAG_PRELIGHT, "background-color");
+  GdkRGBA selected{};
+  if (background.opacity > 0 || !gtk_style_context_lookup_color(context, "theme_selected_bg_color", &selected)) {
+    return background;
+  }
+  return {selected.red, selected.green, selected.blue, selected.alpha};
+}
+
+TextFont fontOf(GtkStyleContext* context, double dotsPerInch) {
+  PangoFontDescription* found = nullptr;
+  gtk_style_context_get(context, GTK_STATE_FLAG_NORMAL, "font", &found, nullptr);
+  const FontDescriptionPtr font(found);
+  const double size = static_cast<double>(pango_font_description_get_size(font.get())) / PANGO_SCALE;
+  constexpr double pointsPerInch = 72;
+  const bool inPixels = pango_font_description_get_size_is_absolute(font.get());
+  return {pango_font_description_get_family(font.get()), inPixels ? size : size * dotsPerInch / pointsPerInch};
+}
+
+}  // namespace
+
+void useMenuStyle(Gtk::Menu& menu) { menu.get_style_context()->add_class("tavelle-menu"); }
+
+void installMenuStyle() {
+  const auto provider = Gtk::CssProvider::create();
+  provider->load_from_data(style);
+  Gtk::StyleContext::add_provider_for_screen(Gdk::Screen::get_default(), provider,
+                                             GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+}
+
+MenuTheme menuTheme(Gtk::MenuItem& item) {
+  GtkStyleContext* const context = item.get_style_context()->gobj();
+  const double dotsPerInch = item.get_screen()->get_resolution();
+  MenuTheme theme{.font = fontOf(context, dotsPerInch),
+                  .accent = accentOf(context),
+                  .selectedText = colorOf(context, GTK_STATE_FLAG_PRELIGHT, "color"),
+                  .label = colorOf(context, GTK_STATE_FLAG_NORMAL, "color"),
+                  .secondaryLabel = colorOf(context, GTK_STATE_FLAG_NORMAL, "color")};
+  theme.secondaryLabel.opacity *= secondaryOpacity;
+  return theme;
+}
+
+}  // namespace tavelle

@@ -1,0 +1,208 @@
+#include "platform/linux/wayland/plasma_windows.h"
+
+#include <algorithm>
+#include <limits>
+#include <set>
+
+#include "platform/linux/told_window.h"
+#include "platform/linux/toolkit/gdk_screens.h"
+
+namespace tavelle {
+namespace {
+
+/// The version since which windows tell of their virtual desktops; where they are they have told before.
+constexpr std::uint32_t leastVersion = 8;
+
+bool has(std::uint32_t flags, std::uint32_t flag) { return (flags & flag) != 0; }
+
+}  // namespace
+
+class PlasmaWindows::Window {
+ public:
+  Window(org_kde_plasma_window* handle, PlasmaWindows& list) : handle_(handle), list_(list) {
+    static constexpr org_kde_plasma_window_listener listener{.title_changed = ignoreEvent,
+                                                             .app_id_changed = ignoreEvent,
+                                                             .state_changed = stateChanged,
+                                                             .virtual_desktop_changed = ignoreEvent,
+                                                             .themed_icon_name_changed = ignoreEvent,
+                                                             .unmapped = unmapped,
+                                                             .initial_state = ignoreEvent,
+                                                             .parent_window = ignoreEvent,
+                                                             .geometry = geometry,
+                                                             .icon_changed = ignoreEvent,
+                                                             .pid_changed = pidChanged,
+                                                             .virtual_desktop_entered = entered,
+                                                             .virtual_desktop_left = left,
+                                                             .application_menu = ignoreEvent,
+                                                             .activity_entered = ignoreEvent,
+                                                             .activity_left = ignoreEvent,
+                                                             .resource_name_changed = ignoreEvent};
+    org_kde_plasma_window_add_listener(handle, &listener, this);
+  }
+
+  const ToldWindow& told() const { return told_; }
+  /// The virtual desktops that it is on; empty when it is on all.
+  const std::set<std::string>& desktops() const { return desktops_; }
+
+ private:
+  using Handle = org_kde_plasma_window;
+
+  static Window& of(void* data) { return *static_cast<Window*>(data); }
+  static void stateChanged(void* self, Handle* /*handle*/, std::uint32_t flags) {
+    of(self).change([&](ToldWindow& told) {
+      told.minimized = has(flags, ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_MINIMIZED);
+      told.maximized = has(flags, ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_MAXIMIZED);
+      told.fullscreen = has(flags, ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_FULLSCREEN);
+      // The shell's own windows, the desktop's among them, which covers everything.
+      told.furniture = has(flags, ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_SKIPTASKBAR) &&
+                       has(flags, ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_SKIPSWITCHER);
+    });
+  }
+  static void geometry(void* self, Handle* /*handle*/, std::int32_t x, std::int32_t y, std::uint32_t width,
+                       std::uint32_t height) {
+    of(self).change([&](ToldWindow& told) {
+      told.frame =
+          Rect{static_cast<double>(x), static_cast<double>(y), static_cast<double>(width), static_cast<double>(height)};
+    });
+  }
+  static void pidChanged(void* self, Handle* /*handle*/, std::uint32_t pid) {
+    if (pid == 0 || pid > std::numeric_limits<std::int32_t>::max()) return;
+    of(self).change([&](ToldWindow& told) { told.owner = static_cast<std::int32_t>(pid); });
+  }
+  static void entered(void* self, Handle* /*handle*/, const char* desktop) {
+    of(self).desktops_.insert(desktop);
+    of(self).list_.calls_.soon();
+  }
+  static void left(void* self, Handle* /*handle*/, const char* desktop) {
+    of(self).desktops_.erase(desktop);
+    of(self).list_.calls_.soon();
+  }
+  static void unmapped(void* self, Handle* /*handle*/) {
+    auto& list = of(self).list_;
+    std::erase_if(list.windows_, [=](const auto& each) { return each.get() == self; });
+    list.calls_.soon();
+  }
+
+  template <typename Change>
+  void change(Change apply) {
+    const ToldWindow before = told_;
+    apply(told_);
+    // Most states have nothing to do with what can be seen.
+    if (told_ != before) list_.calls_.soon();
+  }
+
+  const WlPtr<Handle> handle_;
+  PlasmaWindows& list_;
+  ToldWindow told_;
+  std::set<std::string> desktops_;
+};
+
+class PlasmaWindows::Desktop {
+ public:
+  Desktop(org_kde_plasma_virtual_desktop* handle, ChangeCalls& calls) : handle_(handle), calls_(calls) {
+    static constexpr org_kde_plasma_virtual_desktop_listener listener{.desktop_id = ignoreEvent,
+                                                                      .name = ignoreEvent,
+                                                                      .activated = activated,
+                                                                      .deactivated = deactivated,
+                                                                      .done = ignoreEvent,
+                                                                      .removed = ignoreEvent};
+    org_kde_plasma_virtual_desktop_add_listener(handle, &listener, this);
+  }
+
+  bool isShown() const { return isShown_; }
+
+ private:
+  using Handle = org_kde_plasma_virtual_desktop;
+
+  static void activated(void* self, Handle* /*handle*/) { static_cast<Desktop*>(self)->show(true); }
+  static void deactivated(void* self, Handle* /*handle*/) { static_cast<Desktop*>(self)->show(false); }
+  void show(bool shown) {
+    isShown_ = shown;
+    calls_.soon();
+  }
+
+  const WlPtr<Handle> handle_;
+  ChangeCalls& calls_;
+  bool isShown_ = false;
+};
+
+std::unique_ptr<PlasmaWindows> PlasmaWindows::bind(const WaylandGlobals& globals) {
+  auto* const management = globals.bind<Management>(org_kde_plasma_window_management_interface, leastVersion);
+  if (!management) return nullptr;
+  auto windows = std::make_unique<PlasmaWindows>(
+      management, globals.bind<DesktopManagement>(org_kde_plasma_virtual_desktop_management_interface, 1));
+  // The first answer names windows and desktops, the second tells of them.
+  if (globals.settle()) globals.settle();
+  return windows;
+}
+
+PlasmaWindows::PlasmaWindows(Management* management, DesktopManagement* desktops)
+    : management_(management), desktopManagement_(desktops) {
+  static constexpr org_kde_plasma_window_management_listener listener{.show_desktop_changed = showingDesktop,
+                                                                      .window = toldByNumber,
+                                                                      .stacking_order_changed = ignoreEvent,
+                                                                      .stacking_order_uuid_changed = ignoreEvent,
+                                                                      .window_with_uuid = toldByName};
+  org_kde_plasma_window_management_add_listener(management, &listener, this);
+  static constexpr org_kde_plasma_virtual_desktop_management_listener desktopListener{
+      .desktop_created = desktopCreated, .desktop_removed = desktopRemoved, .done = ignoreEvent, .rows = ignoreEvent};
+  if (desktops) org_kde_plasma_virtual_desktop_management_add_listener(desktops, &desktopListener, this);
+}
+
+PlasmaWindows::~PlasmaWindows() = default;
+
+std::optional<std::vector<WindowDescription>> PlasmaWindows::onScreen() const {
+  const auto places = placesOf(monitors());
+  std::vector<WindowDescription> windows;
+  // The latest first, for want of a better order.
+  std::for_each(windows_.rbegin(), windows_.rend(), [&](const auto& each) {
+    if (!isOnShownDesktop(*each) || (showsDesktop_ && !each->told().furniture)) return;
+    const auto hidden = hiddenBy(each->told(), places);
+    windows.insert(windows.end(), hidden.begin(), hidden.end());
+  });
+  moveToGlobal(windows);
+  return windows;
+}
+
+bool PlasmaWindows::isOnShownDesktop(const Window& window) const {
+  const auto isShown = [](const auto& each) { return each.second->isShown(); };
+  if (window.desktops().empty() || std::none_of(desktops_.begin(), desktops_.end(), isShown)) return true;
+  return std::any_of(desktops_.begin(), desktops_.end(),
+                     [&](const auto& each) { return isShown(each) && window.desktops().contains(each.first); });
+}
+
+void PlasmaWindows::showingDesktop(void* self, Management* /*management*/, std::uint32_t state) {
+  auto& list = *static_cast<PlasmaWindows*>(self);
+  list.showsDesktop_ = state == ORG_KDE_PLASMA_WINDOW_MANAGEMENT_SHOW_DESKTOP_ENABLED;
+  list.calls_.soon();
+}
+
+void PlasmaWindows::toldByNumber(void* self, Management* management, std::uint32_t number) {
+  // Later versions tell each window by its name.
+  if (org_kde_plasma_window_management_get_version(management) >=
+      ORG_KDE_PLASMA_WINDOW_MANAGEMENT_WINDOW_WITH_UUID_SINCE_VERSION) {
+    return;
+  }
+  static_cast<PlasmaWindows*>(self)->add(org_kde_plasma_window_management_get_window(management, number));
+}
+
+void PlasmaWindows::toldByName(void* self, Management* management, std::uint32_t /*number*/, const char* uuid) {
+  static_cast<PlasmaWindows*>(self)->add(org_kde_plasma_window_management_get_window_by_uuid(management, uuid));
+}
+
+void PlasmaWindows::add(org_kde_plasma_window* handle) { windows_.push_back(std::make_unique<Window>(handle, *this)); }
+
+void PlasmaWindows::desktopCreated(void* self, DesktopManagement* management, const char* id,
+                                   std::uint32_t /*position*/) {
+  auto& list = *static_cast<PlasmaWindows*>(self);
+  auto* const handle = org_kde_plasma_virtual_desktop_management_get_virtual_desktop(management, id);
+  list.desktops_.insert_or_assign(id, std::make_unique<Desktop>(handle, list.calls_));
+}
+
+void PlasmaWindows::desktopRemoved(void* self, DesktopManagement* /*management*/, const char* id) {
+  auto& list = *static_cast<PlasmaWindows*>(self);
+  list.desktops_.erase(id);
+  list.calls_.soon();
+}
+
+}  // namespace tavelle

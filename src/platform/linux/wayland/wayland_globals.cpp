@@ -1,0 +1,66 @@
+#include "platform/linux/wayland/wayland_globals.h"
+
+#include <poll.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+
+namespace tavelle {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::seconds patience{1};
+
+/// Waits for something from the compositor, or a signal, and handles it. False when nothing came in time, or nothing
+/// can come.
+bool handleEvents(wl_display* display, Clock::time_point deadline) {
+  while (wl_display_prepare_read(display) != 0) {
+    if (wl_display_dispatch_pending(display) < 0) return false;
+  }
+  // What does not fit now is sent when the compositor has read the rest, and it answers nothing before.
+  const bool allSent = wl_display_flush(display) >= 0;
+  const auto left = std::chrono::ceil<std::chrono::duration<int, std::milli>>(deadline - Clock::now()).count();
+  const auto events = static_cast<short>(allSent ? POLLIN : POLLIN | POLLOUT);
+  pollfd waiting{.fd = wl_display_get_fd(display), .events = events, .revents = 0};
+  const int ready = left > 0 ? poll(&waiting, 1, left) : 0;
+  if (ready <= 0) {
+    wl_display_cancel_read(display);
+    return ready < 0 && errno == EINTR;
+  }
+  return wl_display_read_events(display) == 0 && wl_display_dispatch_pending(display) >= 0;
+}
+
+}  // namespace
+
+WaylandGlobals::WaylandGlobals(wl_display* display) : display_(display), registry_(wl_display_get_registry(display)) {
+  static constexpr wl_registry_listener listener{.global = offered, .global_remove = ignoreEvent};
+  wl_registry_add_listener(registry_.get(), &listener, this);
+  settle();
+}
+
+bool WaylandGlobals::settle() const {
+  bool done = false;
+  static constexpr wl_callback_listener listener{
+      .done = [](void* flag, wl_callback* /*callback*/, std::uint32_t /*data*/) { *static_cast<bool*>(flag) = true; }};
+  const WlPtr<wl_callback> callback(wl_display_sync(display_));
+  wl_callback_add_listener(callback.get(), &listener, &done);
+  const auto deadline = Clock::now() + patience;
+  while (!done && handleEvents(display_, deadline)) continue;
+  return done;
+}
+
+void WaylandGlobals::offered(void* self, wl_registry* /*registry*/, std::uint32_t name, const char* interface,
+                             std::uint32_t version) {
+  static_cast<WaylandGlobals*>(self)->globals_.insert_or_assign(interface, Global{.name = name, .version = version});
+}
+
+void* WaylandGlobals::bindAny(const wl_interface& interface, std::uint32_t least) const {
+  const auto found = globals_.find(interface.name);
+  if (found == globals_.end() || found->second.version < least) return nullptr;
+  const auto known = static_cast<std::uint32_t>(interface.version);
+  return wl_registry_bind(registry_.get(), found->second.name, &interface, std::min(found->second.version, known));
+}
+
+}  // namespace tavelle

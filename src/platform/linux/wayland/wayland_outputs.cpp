@@ -1,0 +1,89 @@
+#include "platform/linux/wayland/wayland_outputs.h"
+
+#include <gdk/gdkwayland.h>
+#include <xdg-output-unstable-v1-client-protocol.h>
+
+#include "platform/linux/handles.h"
+#include "platform/linux/wayland/wayland_globals.h"
+
+namespace tavelle {
+namespace {
+
+/// Where a monitor's description hangs on GDK's object.
+constexpr const char* key = "tavelle-output";
+
+}  // namespace
+
+class WaylandOutputs::Output {
+ public:
+  Output(zxdg_output_manager_v1* manager, GdkMonitor* monitor)
+      : monitor_(retain(monitor)),
+        handle_(zxdg_output_manager_v1_get_xdg_output(manager, gdk_wayland_monitor_get_wl_output(monitor))) {
+    static constexpr zxdg_output_v1_listener listener{.logical_position = position,
+                                                      .logical_size = size,
+                                                      .done = ignoreEvent,
+                                                      .name = name,
+                                                      .description = ignoreEvent};
+    zxdg_output_v1_add_listener(handle_.get(), &listener, this);
+    g_object_set_data(G_OBJECT(monitor), key, &description_);
+  }
+  Output(const Output&) = delete;
+  Output& operator=(const Output&) = delete;
+  ~Output() { g_object_set_data(G_OBJECT(monitor_.get()), key, nullptr); }
+
+ private:
+  static void position(void* self, zxdg_output_v1* /*handle*/, std::int32_t x, std::int32_t y) {
+    static_cast<Output*>(self)->change([=](OutputDescription& output) {
+      output.place.x = x;
+      output.place.y = y;
+    });
+  }
+  static void size(void* self, zxdg_output_v1* /*handle*/, std::int32_t width, std::int32_t height) {
+    static_cast<Output*>(self)->change([=](OutputDescription& output) {
+      output.place.width = width;
+      output.place.height = height;
+    });
+  }
+  static void name(void* self, zxdg_output_v1* /*handle*/, const char* name) {
+    static_cast<Output*>(self)->change([=](OutputDescription& output) { output.name = name; });
+  }
+
+  template <typename Change>
+  void change(Change apply) {
+    apply(description_);
+    // Whoever listens to the monitor may have looked at it before this was told.
+    g_object_notify(G_OBJECT(monitor_.get()), "geometry");
+  }
+
+  const GObjectPtr<GdkMonitor> monitor_;
+  const WlPtr<zxdg_output_v1> handle_;
+  OutputDescription description_;
+};
+
+WaylandOutputs::WaylandOutputs(const WaylandGlobals& globals, GdkDisplay* display)
+    : display_(display), manager_(globals.bind<zxdg_output_manager_v1>(zxdg_output_manager_v1_interface, 1)) {
+  if (!manager_) return;
+  g_signal_connect(display, "monitor-added", G_CALLBACK(added), this);
+  g_signal_connect(display, "monitor-removed", G_CALLBACK(removed), this);
+  for (int i = 0; i < gdk_display_get_n_monitors(display); ++i) {
+    added(display, gdk_display_get_monitor(display, i), this);
+  }
+  globals.settle();
+}
+
+WaylandOutputs::~WaylandOutputs() { g_signal_handlers_disconnect_by_data(display_, this); }
+
+void WaylandOutputs::added(GdkDisplay* /*display*/, GdkMonitor* monitor, WaylandOutputs* self) {
+  auto& output = self->outputs_[monitor];
+  if (!output) output = std::make_unique<Output>(self->manager_.get(), monitor);
+}
+
+void WaylandOutputs::removed(GdkDisplay* /*display*/, GdkMonitor* monitor, WaylandOutputs* self) {
+  self->outputs_.erase(monitor);
+}
+
+const OutputDescription* toldOf(GdkMonitor* monitor) {
+  return static_cast<const OutputDescription*>(g_object_get_data(G_OBJECT(monitor), key));
+}
+
+}  // namespace tavelle

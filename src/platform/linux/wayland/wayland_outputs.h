@@ -1,0 +1,51 @@
+#pragma once
+
+#include <gdk/gdk.h>
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "base/geometry.h"
+#include "platform/linux/wayland/wayland_handles.h"
+
+namespace tavelle {
+
+class WaylandGlobals;
+
+/// What a Wayland compositor itself tells of a monitor. What it has not told is empty.
+struct OutputDescription {
+  /// In the layout of all monitors, in logical pixels.
+  Rect place;
+  /// What the compositor calls it, which is its connector.
+  std::string name;
+};
+
+/// Has the compositor tell of the monitors of GDK's beside what it tells GDK (xdg-output). GDK 3.24 moves a monitor to
+/// the layout's origin when its description is told again, as it is by sway after a change of its configuration; and it
+/// does not ask for the name. Main thread only.
+class WaylandOutputs {
+ public:
+  /// Waits for what the compositor has to tell of the monitors that there are, a second at most. Both are of the same
+  /// connection; the display outlives this.
+  WaylandOutputs(const WaylandGlobals& globals, GdkDisplay* display);
+  WaylandOutputs(const WaylandOutputs&) = delete;
+  WaylandOutputs& operator=(const WaylandOutputs&) = delete;
+  ~WaylandOutputs();
+
+ private:
+  class Output;
+
+  static void added(GdkDisplay* display, GdkMonitor* monitor, WaylandOutputs* self);
+  static void removed(GdkDisplay* display, GdkMonitor* monitor, WaylandOutputs* self);
+
+  GdkDisplay* const display_;
+  const WlPtr<zxdg_output_manager_v1> manager_;
+  std::map<GdkMonitor*, std::unique_ptr<Output>> outputs_;
+};
+
+/// What the compositor has told of this monitor; null where nobody has it tell, as on X11. Lives until the main loop
+/// goes on.
+const OutputDescription* toldOf(GdkMonitor* monitor);
+
+}  // namespace tavelle

@@ -1,0 +1,79 @@
+#include <gtkmm/window.h>
+
+#include <utility>
+
+#include "platform/linux/desktop_services.h"
+#include "platform/linux/display/display_server.h"
+#include "platform/linux/menu/gtk_status_items.h"
+#include "platform/linux/menu/icon_names.h"
+#include "platform/linux/picture/announced_picture.h"
+#include "platform/linux/standard_paths.h"
+#include "platform/linux/toolkit/gtk_alerts.h"
+#include "platform/linux/toolkit/gtk_application.h"
+#include "platform/linux/toolkit/gtk_guide_window.h"
+#include "platform/linux/toolkit/gtk_open_panels.h"
+#include "platform/linux/toolkit/linux_workspace.h"
+#include "platform/linux/wayland/layer_wallpaper_window.h"
+#include "platform/linux/web/webkit_web_views.h"
+#include "platform/linux/x11/x11_wallpaper_window.h"
+
+namespace tavelle {
+namespace {
+
+std::unique_ptr<WallpaperWindows> wallpaperWindows(DisplayServer& server) {
+  if (server.hasLayers()) return std::make_unique<LayerWallpaperWindows>(server.screens());
+  return std::make_unique<X11WallpaperWindows>();
+}
+
+class GtkDesktopServices final : public DesktopServices {
+ public:
+  explicit GtkDesktopServices(std::unique_ptr<DisplayServer> server) : server_(std::move(server)) {}
+
+  // The command line needs neither the application nor the web engine, so both are made when they are asked for.
+  Application& application() override {
+    if (!application_) {
+      application_ = std::make_unique<GtkApplication>("org.tavelle.Tavelle", [this] { openPanels_.cancel(); });
+    }
+    return *application_;
+  }
+  WebViews& webViews() override {
+    if (!webViews_) webViews_ = std::make_unique<WebKitWebViews>();
+    return *webViews_;
+  }
+  Alerts& alerts() override { return alerts_; }
+  DesktopPicture& desktopPicture() override { return desktopPicture_; }
+  OpenPanels& openPanels() override { return openPanels_; }
+  GuideWindows& guideWindows() override { return guideWindows_; }
+  Screens& screens() override { return server_->screens(); }
+  StatusItems& statusItems() override { return statusItems_; }
+  WallpaperWindows& windows() override { return *windows_; }
+  WindowList& windowList() override { return server_->windowList(); }
+  Workspace& workspace() override { return workspace_; }
+
+ private:
+  const std::unique_ptr<DisplayServer> server_;
+  std::unique_ptr<GtkApplication> application_;
+  GtkAlerts alerts_;
+  GtkOpenPanels openPanels_;
+  GtkStatusItems statusItems_{iconFolder()};
+  LinuxWorkspace workspace_{*server_};
+  AnnouncedPicture desktopPicture_{server_->picture()};
+  GtkGuideWindows guideWindows_;
+  const std::unique_ptr<WallpaperWindows> windows_ = wallpaperWindows(*server_);
+  std::unique_ptr<WebKitWebViews> webViews_;
+};
+
+}  // namespace
+}  // namespace tavelle
+
+extern "C" [[gnu::visibility("default")]] tavelle::Result<std::unique_ptr<tavelle::DesktopServices>>
+tavelleOpenDesktop();
+
+tavelle::Result<std::unique_ptr<tavelle::DesktopServices>> tavelleOpenDesktop() {
+  auto server = tavelle::connectToDisplay("tavelle");
+  if (!server) return server.error();
+  g_set_application_name("Tavelle");
+  Gtk::Window::set_default_icon_name(tavelle::iconName);
+  return std::unique_ptr<tavelle::DesktopServices>(
+      std::make_unique<tavelle::GtkDesktopServices>(std::move(server).value()));
+}

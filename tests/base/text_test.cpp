@@ -1,0 +1,47 @@
+#include "base/text.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace tavelle {
+namespace {
+
+TEST(Text, WritesTheShortestDecimalThatReadsBackTheSame) {
+  for (const auto& [value, text] : {std::pair{1.0, "1.0"},
+                                    {0.75, "0.75"},
+                                    {0.35, "0.35"},
+                                    {1728.0, "1728.0"},
+                                    {-12.5, "-12.5"},
+                                    {1e21, "1000000000000000000000.0"},
+                                    {0.1 + 0.2, "0.30000000000000004"}}) {
+    EXPECT_EQ(shortestDecimal(value), text);
+    EXPECT_EQ(std::stod(shortestDecimal(value)), value);
+  }
+  EXPECT_EQ(fixedDecimal(29.76, 1), "29.8");
+  EXPECT_GT(fixedDecimal(std::numeric_limits<double>::max(), 1).size(), 300U);
+}
+
+TEST(Text, TellsUtf8AndEscapesWhatIsNone) {
+  struct Case {
+    const char* what;
+    std::string bytes;
+    std::string escaped;
+  };
+  for (const auto& [what, bytes, escaped] :
+       std::initializer_list<Case>{{"plain", "Waves", "Waves"},
+                                   {"two, three and four bytes", "é€🚀", "é€🚀"},
+                                   {"Latin-1", "caf\xE9 x", "caf\\xE9 x"},
+                                   {"a continuation alone", "\x80", "\\x80"},
+                                   {"overlong", "\xC0\xAF", "\\xC0\\xAF"},
+                                   {"a surrogate", "\xED\xA0\x80", "\\xED\\xA0\\x80"},
+                                   {"past the last character", "\xF4\x90\x80\x80", "\\xF4\\x90\\x80\\x80"},
+                                   {"cut off at the end", "a\xE2\x82", "a\\xE2\\x82"}}) {
+    EXPECT_EQ(escapedUtf8(bytes), escaped) << what;
+    EXPECT_EQ(isUtf8(bytes), bytes == escaped) << what;
+  }
+}
+
+}  // namespace
+}  // namespace tavelle
