@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "base/result.h"
-#include "platform/clock.h"
+#include "base/wall_time.h"
 
 namespace tavelle {
 

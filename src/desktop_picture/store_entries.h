@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "base/property_list.h"
-#include "platform/clock.h"
+#include "base/wall_time.h"
 
 namespace tavelle {
 

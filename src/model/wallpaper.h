@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/clock.h"
+#include "base/wall_time.h"
 #include "platform/files.h"
 
 namespace tavelle {

@@ -10,7 +10,7 @@
 
 #include "app/command_line.h"
 #include "app/commands.h"
-#include "coverage/coverage_report.h"
+#include "coverage/coverage.h"
 #include "desktop_picture/wallpaper_store.h"
 #include "library/deletion.h"
 #include "menu/menu_preview.h"

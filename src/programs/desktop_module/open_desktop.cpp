@@ -3,27 +3,21 @@
 #include <utility>
 
 #include "platform/linux/desktop_services.h"
-#include "platform/linux/display/display_server.h"
+#include "platform/linux/display/connect_to_display.h"
 #include "platform/linux/menu/gtk_status_items.h"
 #include "platform/linux/menu/icon_names.h"
 #include "platform/linux/picture/announced_picture.h"
+#include "platform/linux/picture/linux_desktop_picture.h"
 #include "platform/linux/standard_paths.h"
 #include "platform/linux/toolkit/gtk_alerts.h"
 #include "platform/linux/toolkit/gtk_application.h"
 #include "platform/linux/toolkit/gtk_guide_window.h"
 #include "platform/linux/toolkit/gtk_open_panels.h"
 #include "platform/linux/toolkit/linux_workspace.h"
-#include "platform/linux/wayland/layer_wallpaper_window.h"
 #include "platform/linux/web/webkit_web_views.h"
-#include "platform/linux/x11/x11_wallpaper_window.h"
 
 namespace tavelle {
 namespace {
-
-std::unique_ptr<WallpaperWindows> wallpaperWindows(DisplayServer& server) {
-  if (server.hasLayers()) return std::make_unique<LayerWallpaperWindows>(server.screens());
-  return std::make_unique<X11WallpaperWindows>();
-}
 
 class GtkDesktopServices final : public DesktopServices {
  public:
@@ -46,7 +40,7 @@ class GtkDesktopServices final : public DesktopServices {
   GuideWindows& guideWindows() override { return guideWindows_; }
   Screens& screens() override { return server_->screens(); }
   StatusItems& statusItems() override { return statusItems_; }
-  WallpaperWindows& windows() override { return *windows_; }
+  WallpaperWindows& windows() override { return server_->windows(); }
   WindowList& windowList() override { return server_->windowList(); }
   Workspace& workspace() override { return workspace_; }
 
@@ -57,9 +51,9 @@ class GtkDesktopServices final : public DesktopServices {
   GtkOpenPanels openPanels_;
   GtkStatusItems statusItems_{iconFolder()};
   LinuxWorkspace workspace_{*server_};
-  AnnouncedPicture desktopPicture_{server_->picture()};
+  LinuxDesktopPicture picture_{server_->xConnection()};
+  AnnouncedPicture desktopPicture_{picture_};
   GtkGuideWindows guideWindows_;
-  const std::unique_ptr<WallpaperWindows> windows_ = wallpaperWindows(*server_);
   std::unique_ptr<WebKitWebViews> webViews_;
 };
 

@@ -7,10 +7,11 @@
 
 #include "desktop_picture/wallpaper_agent.h"
 #include "desktop_picture/wallpaper_store.h"
-#include "platform/linux/display/display_server.h"
+#include "platform/linux/display/connect_to_display.h"
 #include "platform/linux/glib_main_loop.h"
 #include "platform/linux/linux_files.h"
 #include "platform/linux/picture/announced_picture.h"
+#include "platform/linux/picture/linux_desktop_picture.h"
 #include "platform/linux/plist_defaults.h"
 #include "platform/linux/standard_paths.h"
 #include "platform/linux/system_clock.h"
@@ -35,8 +36,9 @@ int runAgent(DisplayServer& server) {
   LinuxFiles files;
   GLibMainLoop mainLoop;
   PlistDefaults memory(agentMemoryFile());
+  LinuxDesktopPicture picture(server.xConnection());
   WallpaperAgent agent({.clock = clock,
-                        .desktopPicture = server.picture(),
+                        .desktopPicture = picture,
                         .files = files,
                         .mainLoop = mainLoop,
                         .screens = server.screens(),

@@ -19,7 +19,6 @@
 #include "platform/linux/menu/menu_anchor.h"
 #include "platform/linux/menu/menu_style.h"
 #include "platform/linux/toolkit/gdk_screens.h"
-#include "platform/linux/wayland/layer_shell.h"
 
 namespace tavelle {
 namespace {
@@ -158,7 +157,7 @@ GtkStatusMenu::~GtkStatusMenu() {
 }
 
 void GtkStatusMenu::popUp(const std::optional<Gdk::Rectangle>& place, bool onList) {
-  if (isLayerDisplay(gdk_display_get_default())) return popUpOnLayer(place, onList);
+  if (isWaylandDisplay(gdk_display_get_default())) return popUpOnLayer(place, onList);
   place_ = place ? *place : pointerPlace();
   attempts_ = 0;
   tryToPopUp();

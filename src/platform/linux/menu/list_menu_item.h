@@ -7,7 +7,6 @@
 #include <memory>
 #include <optional>
 
-#include "menu/menu_theme.h"
 #include "menu/view.h"
 #include "menu/wallpaper_list_view.h"
 

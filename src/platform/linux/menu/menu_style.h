@@ -3,7 +3,7 @@
 #include <gtkmm/menu.h>
 #include <gtkmm/menuitem.h>
 
-#include "menu/menu_theme.h"
+#include "menu/view.h"
 
 namespace tavelle {
 

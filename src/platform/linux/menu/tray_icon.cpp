@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/linux/wayland/layer_shell.h"
+#include "platform/linux/toolkit/gdk_screens.h"
 
 namespace tavelle {
 namespace {
@@ -40,7 +40,7 @@ void TrayIcon::shownOnBus(bool shown) {
   lastPlace_.reset();
   patience_.disconnect();
   if (shown) return embedded_.reset();
-  if (isLayerDisplay(gdk_display_get_default())) return;
+  if (isWaylandDisplay(gdk_display_get_default())) return;
   patience_ = Glib::signal_timeout().connect(
       [this] {
         embedded_ = std::make_unique<EmbeddedIcon>([this] { performClick(); });

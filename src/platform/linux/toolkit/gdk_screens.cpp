@@ -1,9 +1,11 @@
 #include "platform/linux/toolkit/gdk_screens.h"
 
+#include <gdk/gdkwayland.h>
+
 #include <algorithm>
 #include <utility>
 
-#include "platform/linux/wayland/wayland_outputs.h"
+#include "platform/linux/toolkit/output_description.h"
 
 namespace tavelle {
 namespace {
@@ -99,6 +101,8 @@ void GdkScreens::removed(GdkDisplay* /*display*/, GdkMonitor* monitor, GdkScreen
 
 /// GDK tells of a monitor before it has settled its list; the main loop goes on when it has.
 void GdkScreens::changed(GdkScreens* self) { self->calls_.soon(); }
+
+bool isWaylandDisplay(GdkDisplay* display) { return GDK_IS_WAYLAND_DISPLAY(display); }
 
 std::vector<GdkMonitor*> monitors() {
   GdkDisplay* const display = gdk_display_get_default();

@@ -39,6 +39,9 @@ class GdkScreens final : public Screens {
   ChangeCalls calls_;
 };
 
+/// Whether the display is a Wayland compositor, where menus and wallpapers are layers, rather than an X server.
+bool isWaylandDisplay(GdkDisplay* display);
+
 /// GDK's monitors, the main one first.
 std::vector<GdkMonitor*> monitors();
 

@@ -13,7 +13,7 @@
 #include <string>
 
 #include "platform/linux/toolkit/present.h"
-#include "platform/linux/web/webkit_web_view.h"
+#include "platform/linux/toolkit/web_widget.h"
 
 namespace tavelle {
 namespace {
@@ -76,7 +76,7 @@ bool isCloseKey(const GdkEventKey& event) {
 
 class GtkGuideWindow final : public GuideWindow {
  public:
-  GtkGuideWindow(const GuideWindows::Settings& settings, WebKitView& content, GuideWindowDelegate& delegate)
+  GtkGuideWindow(const GuideWindows::Settings& settings, WebWidget& content, GuideWindowDelegate& delegate)
       : delegate_(delegate),
         content_(content),
         page_(Glib::wrap(content.widget())),
@@ -168,7 +168,7 @@ class GtkGuideWindow final : public GuideWindow {
   }
 
   GuideWindowDelegate& delegate_;
-  WebKitView& content_;
+  WebWidget& content_;
   Gtk::Widget* const page_;
   const Glib::RefPtr<Gtk::CssProvider> style_ = Gtk::CssProvider::create();
   Gtk::Box noTitleBar_;
@@ -184,7 +184,7 @@ class GtkGuideWindow final : public GuideWindow {
 
 std::unique_ptr<GuideWindow> GtkGuideWindows::make(const Settings& settings, WebView& content,
                                                    GuideWindowDelegate& delegate) {
-  return std::make_unique<GtkGuideWindow>(settings, dynamic_cast<WebKitView&>(content), delegate);
+  return std::make_unique<GtkGuideWindow>(settings, dynamic_cast<WebWidget&>(content), delegate);
 }
 
 }  // namespace tavelle

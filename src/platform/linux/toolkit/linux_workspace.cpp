@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "base/file_uri.h"
-#include "platform/linux/display/display_server.h"
+#include "platform/linux/toolkit/display_server.h"
 #include "platform/linux/wake_watch.h"
 
 namespace tavelle {

@@ -1,6 +1,6 @@
 #include "platform/linux/toolkit/wallpaper_surface.h"
 
-#include "platform/linux/web/webkit_web_view.h"
+#include "platform/linux/toolkit/web_widget.h"
 
 namespace tavelle {
 
@@ -22,7 +22,7 @@ WallpaperSurface::WallpaperSurface() {
 
 void WallpaperSurface::fillWith(WebView& content) {
   remove();
-  gtk_container_add(GTK_CONTAINER(gobj()), dynamic_cast<WebKitView&>(content).widget());
+  gtk_container_add(GTK_CONTAINER(gobj()), dynamic_cast<WebWidget&>(content).widget());
 }
 
 void WallpaperSurface::letClicksThrough() { input_shape_combine_region(Cairo::Region::create()); }

@@ -1,6 +1,5 @@
 #include "platform/linux/wayland/layer_shell.h"
 
-#include <gdk/gdkwayland.h>
 #include <wayland-client.h>
 
 #include <cstdlib>
@@ -17,7 +16,5 @@ bool compositorHasLayers() {
   const std::unique_ptr<wl_display, FreeWith<wl_display_disconnect>> display(wl_display_connect(name));
   return display && WaylandGlobals(display.get()).offers("zwlr_layer_shell_v1");
 }
-
-bool isLayerDisplay(GdkDisplay* display) { return GDK_IS_WAYLAND_DISPLAY(display); }
 
 }  // namespace tavelle

@@ -4,16 +4,10 @@
 #include <xdg-output-unstable-v1-client-protocol.h>
 
 #include "platform/linux/handles.h"
+#include "platform/linux/toolkit/output_description.h"
 #include "platform/linux/wayland/wayland_globals.h"
 
 namespace tavelle {
-namespace {
-
-/// Where a monitor's description hangs on GDK's object.
-constexpr const char* key = "tavelle-output";
-
-}  // namespace
-
 class WaylandOutputs::Output {
  public:
   Output(zxdg_output_manager_v1* manager, GdkMonitor* monitor)
@@ -25,11 +19,11 @@ class WaylandOutputs::Output {
                                                       .name = name,
                                                       .description = ignoreEvent};
     zxdg_output_v1_add_listener(handle_.get(), &listener, this);
-    g_object_set_data(G_OBJECT(monitor), key, &description_);
+    describe(monitor, &description_);
   }
   Output(const Output&) = delete;
   Output& operator=(const Output&) = delete;
-  ~Output() { g_object_set_data(G_OBJECT(monitor_.get()), key, nullptr); }
+  ~Output() { describe(monitor_.get(), nullptr); }
 
  private:
   static void position(void* self, zxdg_output_v1* /*handle*/, std::int32_t x, std::int32_t y) {
@@ -80,10 +74,6 @@ void WaylandOutputs::added(GdkDisplay* /*display*/, GdkMonitor* monitor, Wayland
 
 void WaylandOutputs::removed(GdkDisplay* /*display*/, GdkMonitor* monitor, WaylandOutputs* self) {
   self->outputs_.erase(monitor);
-}
-
-const OutputDescription* toldOf(GdkMonitor* monitor) {
-  return static_cast<const OutputDescription*>(g_object_get_data(G_OBJECT(monitor), key));
 }
 
 }  // namespace tavelle

@@ -4,22 +4,12 @@
 
 #include <map>
 #include <memory>
-#include <string>
 
-#include "base/geometry.h"
 #include "platform/linux/wayland/wayland_handles.h"
 
 namespace tavelle {
 
 class WaylandGlobals;
-
-/// What a Wayland compositor itself tells of a monitor. What it has not told is empty.
-struct OutputDescription {
-  /// In the layout of all monitors, in logical pixels.
-  Rect place;
-  /// What the compositor calls it, which is its connector.
-  std::string name;
-};
 
 /// Has the compositor tell of the monitors of GDK's beside what it tells GDK (xdg-output). GDK 3.24 moves a monitor to
 /// the layout's origin when its description is told again, as it is by sway after a change of its configuration; and it
@@ -43,9 +33,5 @@ class WaylandOutputs {
   const WlPtr<zxdg_output_manager_v1> manager_;
   std::map<GdkMonitor*, std::unique_ptr<Output>> outputs_;
 };
-
-/// What the compositor has told of this monitor; null where nobody has it tell, as on X11. Lives until the main loop
-/// goes on.
-const OutputDescription* toldOf(GdkMonitor* monitor);
 
 }  // namespace tavelle

@@ -12,12 +12,12 @@ WaylandServer::WaylandServer()
       workAreas_(waylandWorkAreas(gdk_display_get_default())) {}
 
 Registration WaylandServer::onWindowEvent(std::function<void()> happened) {
-  return windows().onChange(std::move(happened));
+  return told().onChange(std::move(happened));
 }
 
-WaylandWindows& WaylandServer::windows() {
-  if (!windows_) windows_ = waylandWindows(gdk_display_get_default());
-  return *windows_;
+WaylandWindows& WaylandServer::told() {
+  if (!told_) told_ = waylandWindows(gdk_display_get_default());
+  return *told_;
 }
 
 }  // namespace tavelle

@@ -2,9 +2,9 @@
 
 #include <memory>
 
-#include "platform/linux/display/display_server.h"
-#include "platform/linux/picture/linux_desktop_picture.h"
+#include "platform/linux/toolkit/display_server.h"
 #include "platform/linux/toolkit/gdk_screens.h"
+#include "platform/linux/wayland/layer_wallpaper_window.h"
 #include "platform/linux/wayland/wayland_outputs.h"
 #include "platform/linux/wayland/wayland_windows.h"
 #include "platform/spaces.h"
@@ -16,11 +16,10 @@ class WaylandServer final : public DisplayServer {
  public:
   WaylandServer();
 
-  bool hasLayers() const override { return true; }
-  DesktopPicture& picture() override { return picture_; }
   Screens& screens() override { return screens_; }
   Spaces& spaces() override { return spaces_; }
-  WindowList& windowList() override { return windows(); }
+  WallpaperWindows& windows() override { return windows_; }
+  WindowList& windowList() override { return told(); }
   Registration onWindowEvent(std::function<void()> happened) override;
 
  private:
@@ -30,15 +29,15 @@ class WaylandServer final : public DisplayServer {
     std::vector<std::string> list() const override { return {}; }
     Registration onChange(std::function<void()> /*changed*/) override { return {}; }
   };
-  WaylandWindows& windows();
+  WaylandWindows& told();
 
   const WaylandOutputs outputs_;
   const std::unique_ptr<WorkAreas> workAreas_;
-  LinuxDesktopPicture picture_{nullptr};
   GdkScreens screens_{*workAreas_};
   NoSpaces spaces_;
+  LayerWallpaperWindows windows_{screens_};
   /// Made when it is asked for: not every process wants to hear of each window.
-  std::unique_ptr<WaylandWindows> windows_;
+  std::unique_ptr<WaylandWindows> told_;
 };
 
 }  // namespace tavelle

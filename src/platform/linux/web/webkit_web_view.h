@@ -6,15 +6,15 @@
 #include <memory>
 
 #include "platform/linux/handles.h"
+#include "platform/linux/toolkit/web_widget.h"
 #include "platform/linux/web/page_watch.h"
-#include "platform/web_view.h"
 
 namespace tavelle {
 
 class PageFilters;
 
 /// One WebKitGTK web view.
-class WebKitView final : public WebView {
+class WebKitView final : public WebWidget {
  public:
   WebKitView(WebKitWebContext* context, WebKitSettings* engineSettings, PageFilters& filters,
              const WebViews::Settings& settings, WebViewDelegate& delegate);
@@ -27,7 +27,7 @@ class WebKitView final : public WebView {
   void evaluate(std::string_view script, Answer answer) override;
   void setUserScripts(const std::vector<std::string>& scripts) override;
 
-  GtkWidget* widget() const { return GTK_WIDGET(view_.get()); }
+  GtkWidget* widget() const override { return GTK_WIDGET(view_.get()); }
 
  private:
   struct PendingAnswer;

@@ -1,8 +1,9 @@
-#include "platform/linux/display/display_server.h"
+#include "platform/linux/display/connect_to_display.h"
 
 #include <gdk/gdk.h>
 #include <gtkmm/main.h>
 
+#include "platform/linux/toolkit/gdk_screens.h"
 #include "platform/linux/wayland/layer_shell.h"
 #include "platform/linux/wayland/wayland_server.h"
 #include "platform/linux/x11/x11_server.h"
@@ -18,7 +19,7 @@ Result<std::unique_ptr<DisplayServer>> connectToDisplay(const char* programName)
   }
   Gtk::Main::init_gtkmm_internals();
   // The toolkit may have been told to prefer the other.
-  if (isLayerDisplay(gdk_display_get_default()))
+  if (isWaylandDisplay(gdk_display_get_default()))
     return std::unique_ptr<DisplayServer>(std::make_unique<WaylandServer>());
   return std::unique_ptr<DisplayServer>(std::make_unique<X11Server>());
 }
