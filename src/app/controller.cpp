@@ -1,5 +1,6 @@
 #include "model/controller.h"
 
+#include "desktop_picture/agent_keeper.h"
 #include "guide/guide.h"
 #include "platform/application.h"
 #include "platform/screens.h"
@@ -11,11 +12,12 @@ namespace tavelle {
 Controller::Controller(const Platform& platform)
     : platform_(platform),
       library_(platform.home / "Pictures/Wallpapers"),
-      logFile_(platform.home / "Library/Logs/Tavelle.log"),
-      agentKeeper_(platform.processes, platform.mainLoop, platform.agent),
+      logURL_(platform.home / "Library/Logs/Tavelle.log"),
       pending_(platform.mainLoop) {}
 
 Controller::~Controller() = default;
+
+void Controller::applicationShouldHandleReopen() { showGuide(); }
 
 void Controller::quit() { platform_.application.terminate(); }
 

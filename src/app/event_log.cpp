@@ -30,7 +30,7 @@ void Controller::log(const std::string& message) {
   const std::string line = stampOf(platform_.clock.now()) + message + "\n";
   // Opened for each line, so that the user may move or delete the file at any time. There is nobody to tell when the
   // line cannot be written, and nothing else may suffer from it.
-  static_cast<void>(platform_.files.append(logFile_, line));
+  static_cast<void>(platform_.files.append(logURL_, line));
 }
 
 }  // namespace tavelle

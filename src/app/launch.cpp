@@ -1,13 +1,14 @@
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "library/listing.h"
 #include "model/controller.h"
+#include "model/settings_keys.h"
 #include "platform/screens.h"
 #include "platform/text_order.h"
 #include "platform/user_defaults.h"
-#include "playback/show.h"
 
 namespace tavelle {
 namespace {
@@ -27,18 +28,20 @@ std::optional<Wallpaper> initialWallpaper(const std::vector<Wallpaper>& all, con
 }  // namespace
 
 void Controller::applicationDidFinishLaunching() {
-  settingsTrouble_ = platform_.defaults.onTrouble([this](const std::string& trouble) { log("settings: " + trouble); });
+  keep(platform_.defaults.onTrouble([this](const std::string& trouble) { log("settings: " + trouble); }));
   seedLibraryIfEmpty();
   restoreWallpaper();
   log("launched, showing: " + (current_ ? current_->name() : "nothing"));
   buildWindows();
   createStatusItem();
-  screenObserver_ = platform_.screens.onChange([this] { screensChanged(); });
+  keep(platform_.screens.onChange([this] { screensChanged(); }));
   startCoverageWatch();
-  agentKeeper_.start();
+  startAgent();
   syncSpacesAtLaunch();
   showGuideAtFirstLaunch();
 }
+
+void Controller::keep(Registration observer) { observers_.push_back(std::move(observer)); }
 
 void Controller::syncSpacesAtLaunch() {
   const auto still = current_ ? current_->still(platform_.files, platform_.textOrder) : std::nullopt;
@@ -46,7 +49,7 @@ void Controller::syncSpacesAtLaunch() {
 }
 
 void Controller::restoreWallpaper() {
-  current_ = initialWallpaper(wallpapers(), platform_.defaults.string(wallpaperKey), platform_.textOrder);
+  current_ = initialWallpaper(wallpapers(), platform_.defaults.string(keys::wallpaper), platform_.textOrder);
   if (current_) remember(*current_);
 }
 

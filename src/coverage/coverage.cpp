@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <ostream>
 
+#include "base/text.h"
 #include "platform/screens.h"
 #include "platform/window_list.h"
 
@@ -95,5 +97,15 @@ double coverage(const Screen& screen, std::span<const Rect> windows) {
 }
 
 bool countsAsCovered(double coverage) { return coverage >= coveredThreshold; }
+
+void reportCoverage(const Screens& screens, const WindowList& windows, std::int32_t ownProcess, std::ostream& out) {
+  const auto rects = otherWindowRects(windows, ownProcess);
+  int number = 0;
+  for (const Screen& screen : screens.list()) {
+    const double covered = coverage(screen, rects);
+    out << "screen " << ++number << ": " << fixedDecimal(covered * 100, 1) << "% covered by " << rects.size()
+        << " windows -> " << (countsAsCovered(covered) ? "paused" : "playing") << '\n';
+  }
+}
 
 }  // namespace tavelle

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <iosfwd>
 #include <span>
 #include <vector>
 
@@ -8,6 +9,7 @@
 
 namespace tavelle {
 
+class Screens;
 class WindowList;
 struct Screen;
 
@@ -22,5 +24,8 @@ double coverage(const Screen& screen, std::span<const Rect> windows);
 
 /// Whether a screen with this coverage is as good as hidden.
 bool countsAsCovered(double coverage);
+
+/// Prints for each screen how much of its desktop other windows cover, and what that means for the wallpaper there.
+void reportCoverage(const Screens& screens, const WindowList& windows, std::int32_t ownProcess, std::ostream& out);
 
 }  // namespace tavelle

@@ -24,7 +24,7 @@ void Controller::startCoverageWatch() {
     // An open menu must not stutter, and the user looks at that.
     if (!statusItem_ || !statusItem_->isMenuOpen()) checkCoverage();
   });
-  workspaceObserver_ = platform_.workspace.onEvent([this] { coverageEvent(); });
+  keep(platform_.workspace.onEvent([this] { coverageEvent(); }));
   checkCoverage();
 }
 
@@ -36,12 +36,11 @@ void Controller::coverageEvent() {
 void Controller::checkCoverage() {
   const auto rects = otherWindowRects(platform_.windowList, platform_.processId);
   const auto screens = platform_.screens.list();
-  if (covered_.size() != webViews_.size()) covered_.assign(webViews_.size(), false);
   // There may be fewer screens than pages until the windows are rebuilt.
-  for (std::size_t i = 0; i < std::min(webViews_.size(), screens.size()); ++i) {
+  for (std::size_t i = 0; i < std::min(shownScreens(), screens.size()); ++i) {
     const bool covered = countsAsCovered(coverage(screens[i], rects));
-    if (covered == covered_[i]) continue;
-    covered_[i] = covered;
+    if (covered == shownScreen(i).covered) continue;
+    setCovered(i, covered);
     applyPlayState(i);
     log((covered ? "desktop covered on screen " : "desktop visible on screen ") + std::to_string(i) +
         (covered ? ": paused" : ": playing"));

@@ -1,3 +1,4 @@
+#include "desktop_picture/agent_keeper.h"
 #include "desktop_picture/wallpaper_store.h"
 #include "model/controller.h"
 #include "platform/main_loop.h"
@@ -8,6 +9,11 @@ namespace {
 constexpr double recheckDelay = 2.0;
 
 }  // namespace
+
+void Controller::startAgent() {
+  agentKeeper_ = std::make_unique<AgentKeeper>(platform_.processes, platform_.mainLoop, platform_.agent);
+  agentKeeper_->start();
+}
 
 void Controller::scheduleSpacesSync(const std::filesystem::path& still, double delay, int retries) {
   spacesSyncWork_ = platform_.mainLoop.after(delay, [this, still, retries] {

@@ -5,6 +5,7 @@
 #include <variant>
 
 #include "model/controller.h"
+#include "model/settings_keys.h"
 #include "platform/files.h"
 #include "platform/login_item.h"
 #include "platform/main_loop.h"
@@ -19,8 +20,6 @@ constexpr int height = 600;
 constexpr int dragStrip = 28;
 constexpr double patience = 1.5;
 constexpr double firstLaunchDelay = 0.8;
-constexpr auto shownKey = "guideShown";
-
 std::string goToScript(int page) { return "goTo(" + std::to_string(page) + ")"; }
 
 }  // namespace
@@ -134,11 +133,9 @@ void Controller::showGuide() {
   guide_->show();
 }
 
-void Controller::applicationShouldHandleReopen() { showGuide(); }
-
 void Controller::showGuideAtFirstLaunch() {
-  if (platform_.defaults.boolean(shownKey)) return;
-  platform_.defaults.set(shownKey, true);
+  if (platform_.defaults.boolean(keys::guideShown)) return;
+  platform_.defaults.set(keys::guideShown, true);
   pending_.after(firstLaunchDelay, [this] { showGuide(); });
 }
 

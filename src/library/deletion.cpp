@@ -4,14 +4,11 @@
 
 #include "library/listing.h"
 #include "model/controller.h"
+#include "model/settings_keys.h"
 #include "platform/alerts.h"
 #include "platform/files.h"
 #include "platform/text_order.h"
 #include "platform/user_defaults.h"
-#include "platform/wallpaper_window.h"
-#include "platform/web_view.h"
-#include "playback/page_scripts.h"
-#include "playback/show.h"
 
 namespace tavelle {
 
@@ -39,26 +36,9 @@ bool Controller::trash(const Wallpaper& wallpaper) {
 }
 
 void Controller::forget(const std::string& name) {
-  auto recents = platform_.defaults.stringArray(recentsKey);
-  const std::string gone = platform_.textOrder.canonical(name);
-  std::erase_if(recents, [&](const std::string& each) { return platform_.textOrder.canonical(each) == gone; });
-  platform_.defaults.set(recentsKey, recents);
-}
-
-void Controller::showNext() {
-  const auto all = wallpapers();
-  const auto likely = quickList(all);
-  if (!likely.empty()) return show(likely.front());
-  if (!all.empty()) return show(all.front());
-  current_.reset();
-  platform_.defaults.remove(wallpaperKey);
-  for (const auto& window : windows_) window->orderOut();
-  // What is left in the hidden windows could still be heard.
-  for (const auto& webView : webViews_) webView->evaluate(pauseJS, {});
-}
-
-void Controller::takeStoredWallpaper(const std::vector<Wallpaper>& all) {
-  current_ = findNamed(all, platform_.defaults.string(wallpaperKey).value_or(""), platform_.textOrder);
+  auto recents = platform_.defaults.stringArray(keys::recentWallpapers);
+  std::erase_if(recents, platform_.textOrder.sameAs(name));
+  platform_.defaults.set(keys::recentWallpapers, recents);
 }
 
 int deleteNamed(Controller& controller, const std::string& name, const TextOrder& order, std::ostream& out) {

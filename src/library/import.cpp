@@ -9,11 +9,15 @@
 #include "platform/files.h"
 #include "platform/open_panel.h"
 #include "platform/text_order.h"
+#include "platform/video_frames.h"
 
 namespace tavelle {
 namespace {
 
 namespace fs = std::filesystem;
+
+/// Late enough to be past a fade-in's first black frame, early enough for the shortest clip.
+constexpr double stillTime = 0.5;
 
 /// A file that is to become a wallpaper. Texts are UTF-8.
 struct Source {
@@ -137,6 +141,16 @@ std::optional<Wallpaper> Controller::importWallpaper(const fs::path& from) {
   }
   log("added " + wallpaper.name());
   return wallpaper;
+}
+
+void Controller::makeStill(const std::filesystem::path& from, const std::filesystem::path& to) {
+  const auto jpeg = platform_.videoFrames.jpegOfFrame(from, stillTime);
+  if (!jpeg) {
+    log("no still frame for " + escapedUtf8(from.filename().native()));
+    return;
+  }
+  // A wallpaper without a still works; whoever looks for one later finds that it is not there.
+  static_cast<void>(platform_.files.write(to, *jpeg));
 }
 
 }  // namespace tavelle

@@ -4,8 +4,10 @@
 #include <utility>
 
 #include "model/controller.h"
+#include "model/settings_keys.h"
 #include "platform/text_order.h"
 #include "platform/user_defaults.h"
+#include "platform/workspace.h"
 
 namespace tavelle {
 namespace {
@@ -41,18 +43,15 @@ std::vector<Wallpaper> listWallpapers(const std::filesystem::path& library, cons
 }
 
 std::optional<Wallpaper> findNamed(const std::vector<Wallpaper>& all, const std::string& name, const TextOrder& order) {
-  const auto found = std::find_if(all.begin(), all.end(), [&, wanted = order.canonical(name)](const Wallpaper& each) {
-    return order.canonical(each.name()) == wanted;
-  });
+  const auto isNamed = order.sameAs(name);
+  const auto found = std::find_if(all.begin(), all.end(), [&](const Wallpaper& each) { return isNamed(each.name()); });
   return found == all.end() ? std::nullopt : std::optional(*found);
 }
 
 std::vector<std::string> withMostRecent(const std::vector<std::string>& recents, const std::string& name,
                                         const TextOrder& order) {
   std::vector<std::string> result{name};
-  std::copy_if(
-      recents.begin(), recents.end(), std::back_inserter(result),
-      [&, canonical = order.canonical(name)](const std::string& each) { return order.canonical(each) != canonical; });
+  std::remove_copy_if(recents.begin(), recents.end(), std::back_inserter(result), order.sameAs(name));
   if (result.size() > recentsKept) result.resize(recentsKept);
   return result;
 }
@@ -91,17 +90,28 @@ std::vector<Wallpaper> quickList(const std::vector<Wallpaper>& all, const std::o
   return result;
 }
 
+void Controller::showFolder() { platform_.workspace.openFolder(library_); }
+
 std::vector<Wallpaper> Controller::wallpapers() const {
   return listWallpapers(library_, platform_.files, platform_.textOrder);
 }
 
 void Controller::remember(const Wallpaper& wallpaper) {
-  platform_.defaults.set(
-      recentsKey, withMostRecent(platform_.defaults.stringArray(recentsKey), wallpaper.name(), platform_.textOrder));
+  platform_.defaults.set(keys::recentWallpapers, withMostRecent(platform_.defaults.stringArray(keys::recentWallpapers),
+                                                                wallpaper.name(), platform_.textOrder));
+}
+
+void Controller::takeStoredWallpaper(const std::vector<Wallpaper>& all) {
+  current_ = findNamed(all, platform_.defaults.string(keys::wallpaper).value_or(""), platform_.textOrder);
+}
+
+void Controller::takeStoredOrFirst(const std::vector<Wallpaper>& all) {
+  takeStoredWallpaper(all);
+  if (!current_ && !all.empty()) current_ = all.front();
 }
 
 std::vector<Wallpaper> Controller::quickList(const std::vector<Wallpaper>& all) const {
-  return tavelle::quickList(all, current_, platform_.defaults.stringArray(recentsKey), platform_.files,
+  return tavelle::quickList(all, current_, platform_.defaults.stringArray(keys::recentWallpapers), platform_.files,
                             platform_.textOrder);
 }
 

@@ -9,9 +9,6 @@
 
 namespace tavelle {
 
-/// The setting that holds the names of the wallpapers shown last, the last one first.
-inline constexpr auto recentsKey = "recentWallpapers";
-
 class Files;
 class TextOrder;
 

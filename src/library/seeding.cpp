@@ -4,17 +4,12 @@
 #include <vector>
 
 #include "model/controller.h"
+#include "model/settings_keys.h"
 #include "platform/files.h"
 #include "platform/text_order.h"
 #include "platform/user_defaults.h"
 
 namespace tavelle {
-namespace {
-
-constexpr auto seededKey = "seededWallpapers";
-
-}  // namespace
-
 void Controller::seedLibraryIfEmpty() {
   // When the library cannot be made, each copy below says so.
   static_cast<void>(platform_.files.createFolders(library_));
@@ -25,7 +20,7 @@ void Controller::seedLibraryIfEmpty() {
   const auto precedes = [this](const std::string& a, const std::string& b) {
     return platform_.textOrder.canonical(a) < platform_.textOrder.canonical(b);
   };
-  const auto stored = platform_.defaults.stringArray(seededKey);
+  const auto stored = platform_.defaults.stringArray(keys::seededWallpapers);
   std::set<std::string, decltype(precedes)> seeded(stored.begin(), stored.end(), precedes);
 
   std::vector<Wallpaper> inNameOrder;
@@ -46,7 +41,7 @@ void Controller::seedLibraryIfEmpty() {
     }
     seeded.insert(name);
   }
-  platform_.defaults.set(seededKey, std::vector<std::string>(seeded.begin(), seeded.end()));
+  platform_.defaults.set(keys::seededWallpapers, std::vector<std::string>(seeded.begin(), seeded.end()));
 }
 
 }  // namespace tavelle

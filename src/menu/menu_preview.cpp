@@ -13,7 +13,6 @@
 
 #include "library/listing.h"
 #include "menu/menu_row.h"
-#include "menu/menu_theme.h"
 #include "menu/wallpaper_list_view.h"
 #include "model/controller.h"
 #include "platform/bitmaps.h"
@@ -97,11 +96,6 @@ std::size_t sampleCount(std::string_view text) {
   const auto [end, code] = std::from_chars(text.data(), text.data() + text.size(), count);
   const bool whole = code == std::errc() && end == text.data() + text.size();
   return whole && count > 0 ? static_cast<std::size_t>(count) : 0;
-}
-
-void Controller::takeStoredOrFirst(const std::vector<Wallpaper>& all) {
-  takeStoredWallpaper(all);
-  if (!current_ && !all.empty()) current_ = all.front();
 }
 
 void previewMenu(Controller& controller, const Platform& platform, Bitmaps& bitmaps,

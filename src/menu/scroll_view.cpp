@@ -4,8 +4,6 @@
 #include <optional>
 #include <utility>
 
-#include "menu/menu_theme.h"
-
 namespace tavelle {
 namespace {
 

@@ -3,14 +3,16 @@
 
 #include "menu/wallpaper_list_view.h"
 #include "model/controller.h"
+#include "model/settings_keys.h"
+#include "platform/alerts.h"
 #include "platform/login_item.h"
 #include "platform/status_item.h"
 #include "platform/user_defaults.h"
+#include "playback/frame_settings.h"
 
 namespace tavelle {
 namespace {
 
-constexpr auto positionKey = "NSStatusItem Preferred Position Item-0";
 constexpr double preferredPosition = 365.0;
 
 /// Stored scales come from the menu's own and are never computed.
@@ -23,7 +25,8 @@ MenuItem note(const char* text) { return {.title = text}; }
 }  // namespace
 
 void Controller::createStatusItem() {
-  if (!platform_.defaults.value(positionKey)) platform_.defaults.set(positionKey, preferredPosition);
+  if (!platform_.defaults.value(keys::statusItemPosition))
+    platform_.defaults.set(keys::statusItemPosition, preferredPosition);
   statusItem_ = platform_.statusItems.make([this](MenuItems& menu) { menuNeedsUpdate(menu); });
 }
 
@@ -92,6 +95,20 @@ void Controller::openMenu() {
   pending_.after(0, [this] {
     if (statusItem_) statusItem_->performClick();
   });
+}
+
+void Controller::toggleLogin() {
+  LoginItem& item = platform_.loginItem;
+  const bool on = item.status() == LoginItemStatus::enabled;
+  if (const auto done = on ? item.unregister() : item.registerApplication(); !done) {
+    const std::string& reason = done.error().description;
+    log("open at login failed: " + reason);
+    platform_.alerts.run(
+        {.message = "Couldn't turn on Open at Login",
+         .information = "Add Tavelle in System Settings > General > Login Items instead.\n\n" + reason});
+    return;
+  }
+  log(std::string("open at login: ") + (item.status() == LoginItemStatus::enabled ? "true" : "false"));
 }
 
 }  // namespace tavelle

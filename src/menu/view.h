@@ -6,11 +6,22 @@
 #include <vector>
 
 #include "base/geometry.h"
+#include "platform/canvas.h"
 
 namespace tavelle {
 
-class Canvas;
-struct MenuTheme;
+/// How the menus of the desktop look.
+struct MenuTheme {
+  /// That of a menu's items.
+  TextFont font;
+  /// Behind the item under the pointer.
+  Color accent;
+  /// Text on the accent colour.
+  Color selectedText;
+  Color label;
+  /// Of what is less important than a label.
+  Color secondaryLabel;
+};
 
 /// Where a tree of views is shown.
 class ViewHost {

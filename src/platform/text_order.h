@@ -18,6 +18,11 @@ class TextOrder {
   /// byte, and its byte order is the order of Unicode scalar values.
   virtual std::string canonical(std::string_view text) const = 0;
 
+  /// Tells of texts whether they are the same to a reader as `text`. Not to outlive this.
+  auto sameAs(std::string_view text) const {
+    return [this, wanted = canonical(text)](std::string_view other) { return canonical(other) == wanted; };
+  }
+
   /// In lower case, by Unicode's own rules, not by those of the user's language.
   virtual std::string lowercase(std::string_view text) const = 0;
 };

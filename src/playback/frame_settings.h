@@ -5,12 +5,24 @@
 
 namespace tavelle {
 
-/// How often and how finely pages draw.
+/// The ends of a range belong to it.
+template <typename T>
+struct Range {
+  T least;
+  T most;
+
+  constexpr bool contains(T value) const { return value >= least && value <= most; }
+};
+
+/// Frames per second that a page can be asked for.
+inline constexpr Range<std::int64_t> frameRateRange{20, 60};
+/// Shares of the full resolution in each direction that a page can be asked for.
+inline constexpr Range<double> resolutionScaleRange{0.25, 1.0};
+
+/// How often and how finely pages draw; each in its range.
 struct FrameSettings {
-  /// Frames per second, 20 to 60.
-  std::int64_t frameRate = 60;
-  /// Share of the full resolution in each direction, 0.25 to 1.
-  double resolutionScale = 1.0;
+  std::int64_t frameRate = frameRateRange.most;
+  double resolutionScale = resolutionScaleRange.most;
 };
 
 struct Resolution {
@@ -22,13 +34,5 @@ struct Resolution {
 inline constexpr std::array<std::int64_t, 5> frameRates{60, 50, 40, 30, 20};
 inline constexpr std::array<Resolution, 4> resolutions{
     {{"Full", 1.0}, {"High (75%)", 0.75}, {"Medium (50%)", 0.5}, {"Low (35%)", 0.35}}};
-
-/// What a page answered to the sampling script at one moment.
-struct FrameSample {
-  std::int64_t draws = 0;
-  double clockMs = 0;
-  std::int64_t canvasWidth = 0;
-  std::int64_t canvasHeight = 0;
-};
 
 }  // namespace tavelle

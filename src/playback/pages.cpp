@@ -1,7 +1,4 @@
-#include <algorithm>
-
 #include "model/controller.h"
-#include "platform/wallpaper_window.h"
 #include "playback/page_scripts.h"
 #include "playback/script_value.h"
 
@@ -18,15 +15,11 @@ void Controller::load(WebView& view) {
 }
 
 void Controller::webViewDidFinish(WebView& view) {
-  const auto found =
-      std::find_if(webViews_.begin(), webViews_.end(), [&](const auto& each) { return &*each == &view; });
-  if (found != webViews_.end()) applyPlayState(static_cast<std::size_t>(found - webViews_.begin()));
-
+  const auto screen = screenOf(view);
+  if (screen) applyPlayState(*screen);
   view.evaluate(
       probeJS, [this](const Result<ScriptValue>& answer) { log("loaded: " + (answer ? scriptText(*answer) : "nil")); });
-  if (!webViews_.empty() && &*webViews_.front() == &view) {
-    pending_.after(measurementDelay, [this] { measureFrameRate(); });
-  }
+  if (screen == std::size_t{0}) pending_.after(measurementDelay, [this] { measureFrameRate(); });
 }
 
 void Controller::webViewDidFail(WebView&, const Error& error) { log("load failed: " + error.description); }
@@ -37,5 +30,21 @@ void Controller::webViewProcessDidTerminate(WebView& view) {
 }
 
 void Controller::webViewDidReceiveMessage(WebView&, const ScriptValue& body) { log("page: " + scriptText(body)); }
+
+bool Controller::shouldRest(std::size_t index) const {
+  return paused_ || (index < shownScreens() && shownScreen(index).covered);
+}
+
+void Controller::applyPlayState(std::size_t index) {
+  if (index >= shownScreens()) return;
+  // Sent even when nothing seems to change: a page that was loaded afresh plays, whatever the one before did.
+  shownScreen(index).webView->evaluate(shouldRest(index) ? pauseJS : playJS, {});
+}
+
+void Controller::togglePause() {
+  paused_ = !paused_;
+  for (std::size_t i = 0; i < shownScreens(); ++i) applyPlayState(i);
+  log(paused_ ? "paused" : "resumed");
+}
 
 }  // namespace tavelle

@@ -1,20 +1,23 @@
-#include "playback/show.h"
 
 #include "model/controller.h"
+#include "model/settings_keys.h"
 #include "platform/desktop_picture.h"
 #include "platform/screens.h"
 #include "platform/user_defaults.h"
 #include "platform/wallpaper_window.h"
+#include "platform/web_view.h"
+#include "playback/page_scripts.h"
 
 namespace tavelle {
 
 void Controller::show(const Wallpaper& wallpaper) {
   current_ = wallpaper;
-  platform_.defaults.set(wallpaperKey, wallpaper.name());
+  platform_.defaults.set(keys::wallpaper, wallpaper.name());
   remember(wallpaper);
-  for (const auto& webView : webViews_) load(*webView);
-  for (const auto& window : windows_) {
-    if (!window->isVisible()) window->orderFront();
+  for (std::size_t i = 0; i < shownScreens(); ++i) {
+    const ShownScreen screen = shownScreen(i);
+    load(*screen.webView);
+    if (!screen.window.isVisible()) screen.window.orderFront();
   }
   if (const auto still = wallpaper.still(platform_.files, platform_.textOrder)) {
     for (const Screen& screen : platform_.screens.list()) {
@@ -25,6 +28,21 @@ void Controller::show(const Wallpaper& wallpaper) {
     scheduleSpacesSync(*still);
   }
   log("showing " + wallpaper.name());
+}
+
+void Controller::showNext() {
+  const auto all = wallpapers();
+  const auto likely = quickList(all);
+  if (!likely.empty()) return show(likely.front());
+  if (!all.empty()) return show(all.front());
+  current_.reset();
+  platform_.defaults.remove(keys::wallpaper);
+  for (std::size_t i = 0; i < shownScreens(); ++i) {
+    const ShownScreen screen = shownScreen(i);
+    screen.window.orderOut();
+    // What is left in the hidden window could still be heard.
+    screen.webView->evaluate(pauseJS, {});
+  }
 }
 
 }  // namespace tavelle

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "base/text.h"
 #include "model/controller.h"
 #include "platform/main_loop.h"
@@ -20,7 +22,25 @@ void Controller::buildWindows() {
   webViews_.clear();
   covered_.clear();
   for (const Screen& screen : platform_.screens.list()) buildWindow(screen);
-  log("showing on " + std::to_string(windows_.size()) + " display(s)");
+  log("showing on " + std::to_string(shownScreens()) + " display(s)");
+}
+
+std::size_t Controller::shownScreens() const { return windows_.size(); }
+
+Controller::ShownScreen Controller::shownScreen(std::size_t index) const {
+  return {*windows_[index], webViews_[index], index < covered_.size() && covered_[index]};
+}
+
+std::optional<std::size_t> Controller::screenOf(const WebView& view) const {
+  const auto found =
+      std::find_if(webViews_.begin(), webViews_.end(), [&](const auto& each) { return &*each == &view; });
+  if (found == webViews_.end()) return std::nullopt;
+  return static_cast<std::size_t>(found - webViews_.begin());
+}
+
+void Controller::setCovered(std::size_t index, bool covered) {
+  covered_.resize(shownScreens(), false);
+  covered_[index] = covered;
 }
 
 void Controller::buildWindow(const Screen& screen) {

@@ -8,7 +8,6 @@
 
 #include "fakes/fake_platform.h"
 #include "menu/menu_row.h"
-#include "menu/menu_theme.h"
 #include "model/controller.h"
 #include "platform/linux/drawing/cairo_bitmaps.h"
 #include "platform/linux/drawing/drawing_handles.h"
