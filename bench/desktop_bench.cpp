@@ -9,8 +9,8 @@
 
 #include "base/allocated.h"
 #include "coverage/coverage.h"
-#include "platform/linux/desktop_services.h"
 #include "platform/linux/handles.h"
+#include "platform/linux/modules.h"
 #include "platform/screens.h"
 
 namespace tavelle {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "platform/desktop_picture.h"
-#include "platform/linux/desktop_services.h"
+#include "platform/linux/modules.h"
 #include "platform/screens.h"
 
 int main(int count, char** arguments) {

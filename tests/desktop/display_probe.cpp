@@ -7,8 +7,8 @@
 #include <iostream>
 #include <memory>
 
-#include "platform/linux/desktop_services.h"
 #include "platform/linux/handles.h"
+#include "platform/linux/modules.h"
 #include "platform/screens.h"
 #include "platform/window_list.h"
 #include "platform/workspace.h"

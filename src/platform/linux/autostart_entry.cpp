@@ -12,8 +12,7 @@
 #include <utility>
 
 #include "base/text.h"
-#include "platform/linux/atomic_write.h"
-#include "platform/linux/file_descriptor.h"
+#include "platform/linux/file_operations.h"
 #include "platform/linux/handles.h"
 
 namespace tavelle {

@@ -16,7 +16,7 @@
 #include <vector>
 
 #include "base/text.h"
-#include "platform/linux/file_descriptor.h"
+#include "platform/linux/file_operations.h"
 
 namespace tavelle {
 namespace {

@@ -8,11 +8,8 @@
 #include <system_error>
 
 #include "base/text.h"
-#include "platform/linux/atomic_write.h"
-#include "platform/linux/copy_file.h"
-#include "platform/linux/file_descriptor.h"
+#include "platform/linux/file_operations.h"
 #include "platform/linux/handles.h"
-#include "platform/linux/rename_to_new.h"
 
 namespace tavelle {
 namespace {

@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "base/property_list.h"
 #include "base/result.h"
-#include "platform/linux/plist_values.h"
 #include "platform/user_defaults.h"
 
 namespace tavelle {

@@ -2,10 +2,10 @@
 
 #include <utility>
 
-#include "platform/linux/desktop_services.h"
 #include "platform/linux/display/connect_to_display.h"
 #include "platform/linux/menu/gtk_status_items.h"
 #include "platform/linux/menu/icon_names.h"
+#include "platform/linux/modules.h"
 #include "platform/linux/picture/announced_picture.h"
 #include "platform/linux/picture/linux_desktop_picture.h"
 #include "platform/linux/standard_paths.h"

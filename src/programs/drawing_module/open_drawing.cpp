@@ -1,5 +1,5 @@
 #include "platform/linux/drawing/cairo_bitmaps.h"
-#include "platform/linux/drawing_service.h"
+#include "platform/linux/modules.h"
 
 extern "C" [[gnu::visibility("default")]] std::unique_ptr<tavelle::Bitmaps> tavelleOpenDrawing();
 

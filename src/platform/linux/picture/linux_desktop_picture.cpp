@@ -5,7 +5,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "platform/linux/file_descriptor.h"
+#include "platform/linux/file_operations.h"
 #include "platform/linux/picture/gsettings_picture.h"
 #include "platform/linux/picture/plasma_picture.h"
 #include "platform/linux/picture/root_window_picture.h"

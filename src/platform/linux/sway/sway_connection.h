@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/linux/file_descriptor.h"
+#include "platform/linux/file_operations.h"
 
 namespace tavelle {
 

@@ -8,7 +8,7 @@
 #include <system_error>
 
 #include "base/file_uri.h"
-#include "platform/linux/file_descriptor.h"
+#include "platform/linux/file_operations.h"
 
 namespace tavelle {
 namespace {

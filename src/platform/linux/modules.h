@@ -8,9 +8,10 @@ namespace tavelle {
 
 class Alerts;
 class Application;
+class Bitmaps;
 class DesktopPicture;
-class OpenPanels;
 class GuideWindows;
+class OpenPanels;
 class Screens;
 class StatusItems;
 class WallpaperWindows;
@@ -45,5 +46,16 @@ Result<std::unique_ptr<DesktopServices>> openDesktop();
 
 /// What the library exports, under the name "tavelleOpenDesktop".
 using OpenDesktop = Result<std::unique_ptr<DesktopServices>>();
+
+/// Loads what draws pictures; an error when it cannot be loaded. It lies in a library of its own, since loading the
+/// drawing libraries costs a command-line task that draws nothing more than the task itself.
+Result<std::unique_ptr<Bitmaps>> openDrawing();
+
+/// What the library exports, under the name "tavelleOpenDrawing".
+using OpenDrawing = std::unique_ptr<Bitmaps>();
+
+/// What stands in where there is no display: no screens, no windows, and nobody to answer an alert. It has no pages,
+/// and the application does not run.
+std::unique_ptr<DesktopServices> noDesktop();
 
 }  // namespace tavelle

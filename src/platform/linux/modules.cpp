@@ -1,11 +1,19 @@
-#include "platform/linux/no_desktop.h"
+#include "platform/linux/modules.h"
 
+#include <dlfcn.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
 #include <string>
 
+#include "base/text.h"
 #include "platform/alerts.h"
 #include "platform/application.h"
+#include "platform/bitmaps.h"
 #include "platform/desktop_picture.h"
 #include "platform/guide_window.h"
+#include "platform/linux/standard_paths.h"
 #include "platform/open_panel.h"
 #include "platform/screens.h"
 #include "platform/status_item.h"
@@ -16,6 +24,16 @@
 
 namespace tavelle {
 namespace {
+
+/// Loads one of the program's own libraries, "desktop.so" for instance, and gives the address of what it exports under
+/// the name `function`. The library stays loaded until the process ends: some leave callbacks behind that run then.
+Result<void*> loadPrivateLibrary(const char* library, const char* function) {
+  void* const loaded = dlopen((privateLibraryFolder() / library).c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (!loaded) return Error{escapedUtf8(dlerror())};
+  void* const found = dlsym(loaded, function);
+  if (!found) return Error{escapedUtf8(dlerror())};
+  return found;
+}
 
 constexpr auto noDisplay = "there is no display";
 
@@ -71,6 +89,26 @@ class NoDesktop final : public DesktopServices,
 };
 
 }  // namespace
+
+bool hasDisplay() {
+  constexpr std::array variables{"DISPLAY", "WAYLAND_DISPLAY"};
+  return std::any_of(variables.begin(), variables.end(), [](const char* variable) {
+    const char* const value = std::getenv(variable);
+    return value && *value;
+  });
+}
+
+Result<std::unique_ptr<DesktopServices>> openDesktop() {
+  const auto open = loadPrivateLibrary("desktop.so", "tavelleOpenDesktop");
+  if (!open) return open.error();
+  return reinterpret_cast<OpenDesktop*>(*open)();
+}
+
+Result<std::unique_ptr<Bitmaps>> openDrawing() {
+  const auto open = loadPrivateLibrary("drawing.so", "tavelleOpenDrawing");
+  if (!open) return open.error();
+  return reinterpret_cast<OpenDrawing*>(*open)();
+}
 
 std::unique_ptr<DesktopServices> noDesktop() { return std::make_unique<NoDesktop>(); }
 
