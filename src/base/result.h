@@ -7,9 +7,14 @@
 
 namespace tavelle {
 
-/// Why an operation failed, in words for a person: one line, no final full stop, valid UTF-8.
+/// Why an operation failed.
 struct Error {
+  /// What callers tell apart: that there is nothing at the place they asked for is often no failure to them.
+  enum class Kind { other, notFound };
+
+  /// In words for a person: one line, no final full stop, valid UTF-8.
   std::string description;
+  Kind kind = Kind::other;
 };
 
 /// The value of an operation that can fail, or the reason why there is none.

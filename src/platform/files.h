@@ -49,7 +49,8 @@ class Files {
   /// Moves the file or folder to the user's trash, from where it can be put back.
   virtual Result<void> trash(const std::filesystem::path& path) = 0;
 
-  /// The whole content of a regular file. Anything else in its place is an error, never a wait.
+  /// The whole content of a regular file. Nothing there is an error of the kind `notFound`; anything else in its place
+  /// is an error, never a wait.
   virtual Result<std::string> read(const std::filesystem::path& path) const = 0;
 
   /// Makes `bytes` the whole content of the file `path`, in one step that survives a crash or a power cut half way:

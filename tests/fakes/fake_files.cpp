@@ -59,7 +59,8 @@ Result<void> FakeFiles::trash(const fs::path& path) {
 }
 
 Result<std::string> FakeFiles::read(const fs::path& path) const {
-  if (!exists(path) || isFolder(path)) return Error{"can't read"};
+  if (!exists(path)) return Error{"no such file", Error::Kind::notFound};
+  if (isFolder(path)) return Error{"can't read"};
   return objects_.at(path).content;
 }
 

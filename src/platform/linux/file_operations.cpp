@@ -93,7 +93,8 @@ Result<std::string> readFile(const std::filesystem::path& path) {
 }
 
 Error systemError(std::string_view subject, int number) {
-  return {escapedUtf8(subject) + ": " + escapedUtf8(std::generic_category().message(number))};
+  return {.description = escapedUtf8(subject) + ": " + escapedUtf8(std::generic_category().message(number)),
+          .kind = number == ENOENT || number == ENOTDIR ? Error::Kind::notFound : Error::Kind::other};
 }
 
 Result<void> renameToNew(const std::filesystem::path& from, const std::filesystem::path& to) {
