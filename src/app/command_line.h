@@ -11,7 +11,7 @@ namespace tavelle {
 class DesktopPicture;
 class Screens;
 
-/// A task that the program does instead of becoming the menu-bar application.
+/// A task that the program does instead of starting the application.
 enum class Mode { setStill, deleteWallpaper, syncSpaces, coverage, previewMenu };
 
 /// The task that the arguments (without the program's own path) ask for. None when the first argument is no option of

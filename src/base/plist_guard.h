@@ -4,11 +4,11 @@
 
 namespace tavelle {
 
-/// Whether the bytes can be handed to the property-list library without danger. It follows a list's nesting by calling
-/// itself, copies what a binary list refers to twice, and moves the rest of an XML text for each "&", so that a small
-/// file from a hostile hand could use up the stack, all memory or hours. And it takes texts that are none, to write
-/// them shorter, with bytes behind them that are not theirs, or in a form that nobody can read. True says nothing about
-/// whether the list is well formed.
+/// Whether it is safe to give these bytes to the property-list library, which trusts what it reads. It calls itself for
+/// each level of nesting, so a deep list overflows the stack. It copies a part of a binary list each time that the part
+/// is referred to, so a small file can fill the memory. It moves the rest of an XML text for each "&" in it, so one
+/// file can take hours. And it accepts text that is not valid, which it then writes shortened, with bytes from behind
+/// its end, or so that nobody can read the file. True does not mean that the list is well formed.
 bool isReasonablePlist(std::string_view bytes);
 
 }  // namespace tavelle

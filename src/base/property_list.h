@@ -20,9 +20,9 @@ struct FreePlist {
 /// A property list, or a part that belongs to none.
 using PlistPtr = std::unique_ptr<void, FreePlist>;
 
-/// The property list that `bytes` hold, as XML or in the binary form. None when they hold none, or one that no program
-/// would write: nested deeper than 512 levels, so entangled that it unfolds to over 256 MB or 32 values for each byte,
-/// or with texts that are none.
+/// The property list that `bytes` hold, as XML or in the binary form. Null when they hold none, and when reading them
+/// would not be safe (see plist_guard.h): more than 512 levels of nesting, references that unfold to more than 256 MB
+/// or to 32 values for each byte of the file, or text that is not valid.
 PlistPtr parsedPlist(std::string_view bytes);
 
 /// The same, when it is a dictionary.

@@ -36,8 +36,8 @@ class FileDescriptor {
 /// The whole content of a regular file; anything else in its place is an error, never a wait.
 Result<std::string> readFile(const std::filesystem::path& path);
 
-/// What `errno`, given as `number`, says about `subject`: "subject: No space left on device"; of the kind `notFound` where
-/// that is what it says.
+/// What `errno`, given as `number`, says about `subject`: "subject: No space left on device"; of the kind `notFound`
+/// where that is what it says.
 Error systemError(std::string_view subject, int number);
 
 /// Moves `from` to `to` on the same file system, in one step; fails when `to` exists. On file systems that cannot look
