@@ -10,7 +10,7 @@
 #include <fstream>
 #include <iostream>
 
-#include "desktop_picture/store_fuzz.h"
+#include "store_fuzz.h"
 
 int main(int argumentCount, char** arguments) {
   using namespace tavelle;

@@ -1,4 +1,4 @@
-#include "desktop_picture/store_fuzz.h"
+#include "store_fuzz.h"
 
 #include <algorithm>
 #include <array>
