@@ -15,12 +15,7 @@ TEST(Coverage, CountsThePointsOfTheDesktopThatWindowsHide) {
   // A panel of 20 at the top, 40 at the bottom, 60 at the left, 80 at the right; the screen stands elsewhere in the two
   // spaces.
   const Screen panels{"panels", {1000, 200, 620, 360}, {1060, 240, 480, 300}, {1000, -100, 620, 360}};
-  struct Case {
-    const char* what;
-    Screen screen;
-    std::vector<Rect> windows;
-    int points;
-  };
+  using Case = std::tuple<const char*, Screen, std::vector<Rect>, int>;
   for (const auto& [what, screen, windows, points] : std::initializer_list<Case>{
            {"no windows", plain, {}, 0},
            {"exactly the desktop", plain, {whole}, 1440},
@@ -42,11 +37,7 @@ TEST(Coverage, CountsThePointsOfTheDesktopThatWindowsHide) {
 TEST(Coverage, OnlyVisibleOrdinaryWindowsOfOthersCount) {
   constexpr Rect place{10, 20, 300, 200};
   FakeWindowList list;
-  struct Case {
-    const char* what;
-    WindowDescription window;
-    bool counts;
-  };
+  using Case = std::tuple<const char*, WindowDescription, bool>;
   for (const auto& [what, window, counts] :
        std::initializer_list<Case>{{"ordinary", {0, 1, 1.0, place}, true},
                                    {"no owner, no alpha", {0, {}, {}, place}, true},

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <utility>
@@ -8,15 +9,15 @@
 
 namespace tavelle {
 
-/// A main loop whose time stands still until a test turns it, and that is never late.
+/// A main loop whose time stands still until a test turns it.
 class FakeMainLoop final : public MainLoop {
  public:
   Registration after(double seconds, std::function<void()> action) override {
     return add(seconds, {std::move(action), 0});
   }
 
-  Registration repeat(double seconds, double /*tolerance*/, std::function<void()> action) override {
-    return add(seconds, {std::move(action), seconds});
+  Registration repeat(double seconds, double tolerance, std::function<void()> action) override {
+    return add(seconds + (late ? tolerance : 0), {std::move(action), seconds});
   }
 
   /// Lets `seconds` pass and runs what falls due, in order of time.
@@ -24,16 +25,25 @@ class FakeMainLoop final : public MainLoop {
     const double end = now_ + seconds;
     while (!waiting_.empty() && waiting_.begin()->first.first <= end) {
       auto due = waiting_.extract(waiting_.begin());
-      now_ = due.key().first;
+      now_ = std::max(now_, due.key().first);
       const auto action = due.mapped().action;
       if (const double period = due.mapped().period; period > 0) {
-        due.key().first += period;
+        while (due.key().first <= now_) due.key().first += period;
         waiting_.insert(std::move(due));
       }
       action();
     }
     now_ = end;
   }
+
+  /// Lets `seconds` pass in which the loop is kept from running anything.
+  void block(double seconds) {
+    now_ += seconds;
+    turn(0);
+  }
+
+  /// Whether repeated actions come as late as they may.
+  bool late = false;
 
  private:
   struct Timer {

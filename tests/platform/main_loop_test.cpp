@@ -8,8 +8,8 @@
 namespace tavelle {
 namespace {
 
-/// `wait` lets at least that many seconds pass.
-void keepContract(MainLoop& loop, const std::function<void(double)>& wait) {
+/// `wait` lets at least that many seconds pass, and `block` does so without letting the loop run meanwhile.
+void keepContract(MainLoop& loop, const std::function<void(double)>& wait, const std::function<void(double)>& block) {
   std::string calls;
   auto soon = loop.after(0.01, [&] { calls += "a"; });
   auto later = loop.after(0.04, [&] { calls += "b"; });
@@ -36,6 +36,13 @@ void keepContract(MainLoop& loop, const std::function<void(double)>& wait) {
   for (int i = 0; i < 100 && ticks < 3; ++i) wait(0.1);
   wait(0.1);
   EXPECT_EQ(ticks, 3) << "again and again until dropped, also from inside";
+  ticks = 0;
+  clock = loop.repeat(0.02, 0.01, [&] { ++ticks; });
+  block(0.4);
+  wait(0);
+  clock.cancel();
+  // On a busy machine some more may fall due before the loop gets to rest.
+  EXPECT_TRUE(ticks > 0 && ticks < 10) << ticks << " of the 20 that a busy loop has missed";
   {
     PendingCalls pending(loop);
     pending.after(0, [&] { calls += "e"; });
@@ -51,14 +58,17 @@ void keepContract(MainLoop& loop, const std::function<void(double)>& wait) {
 
 TEST(MainLoop, KeepsItsContract) {
   FakeMainLoop fake;
-  keepContract(fake, [&](double seconds) { fake.turn(seconds); });
+  keepContract(
+      fake, [&](double seconds) { fake.turn(seconds); }, [&](double seconds) { fake.block(seconds); });
   GLibMainLoop real;
-  keepContract(real, [](double seconds) {
-    const gint64 end = g_get_monotonic_time() + static_cast<gint64>(seconds * G_USEC_PER_SEC);
+  const auto microseconds = [](double seconds) { return static_cast<gint64>(seconds * G_USEC_PER_SEC); };
+  const auto wait = [&](double seconds) {
+    const gint64 end = g_get_monotonic_time() + microseconds(seconds);
     while (g_get_monotonic_time() < end) g_main_context_iteration(nullptr, FALSE);
     // What a busy machine has kept until then.
     while (g_main_context_iteration(nullptr, FALSE)) continue;
-  });
+  };
+  keepContract(real, wait, [&](double seconds) { g_usleep(static_cast<gulong>(microseconds(seconds))); });
 }
 
 }  // namespace
