@@ -2,9 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
-
-#include "fakes/fake_platform.h"
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace tavelle {
 namespace {
@@ -29,17 +30,6 @@ TEST(CommandLine, ChoosesTheModeByTheWholeFirstArgumentAndItsCount) {
                                                               {{"--set-still", "a.jpg", "ignored"}, Mode::setStill}}) {
     EXPECT_EQ(commandLineMode(arguments), mode) << testing::PrintToString(arguments);
   }
-}
-
-TEST(CommandLine, ReportsAScreenThatRefusesTheStillAndTriesTheOthers) {
-  FakePlatform platform;
-  platform.desktopPicture.refusing = "left";
-  std::ostringstream out;
-  std::ostringstream err;
-  EXPECT_EQ(setStill("a.jpg", platform.screens, platform.desktopPicture, out, err), 1);
-  EXPECT_EQ(out.str(), "desktop picture failed\n");
-  EXPECT_EQ(err.str(), "failed: no\n");
-  EXPECT_EQ(platform.desktopPicture.pictures.count("right"), 1U);
 }
 
 }  // namespace

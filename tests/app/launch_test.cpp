@@ -9,12 +9,7 @@ namespace {
 using Lines = std::vector<std::string>;
 
 TEST(Launch, ChoosesTheStoredWallpaperThenTheBundledThenTheFirst) {
-  struct Case {
-    const char* what;
-    std::vector<std::string> library;
-    const char* stored;
-    std::string shown;
-  };
+  using Case = std::tuple<const char*, Lines, const char*, std::string>;
   for (const auto& [what, library, stored, shown] : std::initializer_list<Case>{
            {"stored", {"Aurora", "Starship Liftoff", "Waves"}, "Waves", "Waves"},
            {"stored one is gone", {"Aurora", "Starship Liftoff"}, "Waves", "Starship Liftoff"},

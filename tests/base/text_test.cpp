@@ -24,11 +24,7 @@ TEST(Text, WritesTheShortestDecimalThatReadsBackTheSame) {
 }
 
 TEST(Text, TellsUtf8AndEscapesWhatIsNone) {
-  struct Case {
-    const char* what;
-    std::string bytes;
-    std::string escaped;
-  };
+  using Case = std::tuple<const char*, std::string, std::string>;
   for (const auto& [what, bytes, escaped] :
        std::initializer_list<Case>{{"plain", "Waves", "Waves"},
                                    {"two, three and four bytes", "é€🚀", "é€🚀"},

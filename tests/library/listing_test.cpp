@@ -33,39 +33,28 @@ TEST(Listing, RemembersThirtyNamesOnceEach) {
   FakePlatform platform;
   EXPECT_EQ(withMostRecent({"Dunes", "Waves", "Rain"}, "Waves", platform.textOrder), (Names{"Waves", "Dunes", "Rain"}));
   EXPECT_EQ(withMostRecent({"Cafe\u0301"}, "Caf\u00E9", platform.textOrder), Names{"Caf\u00E9"});
-  Names thirty;
-  for (int i = 0; i < 30; ++i) thirty.push_back(std::to_string(i));
+  Names thirty(30, "old");
+  thirty[28] = "last but one";
   const auto next = withMostRecent(thirty, "new", platform.textOrder);
   EXPECT_EQ(next.size(), 30U);
-  EXPECT_EQ(next.front(), "new");
-  EXPECT_EQ(next.back(), "28");
+  EXPECT_EQ(next.back(), "last but one");
 }
 
 TEST(Listing, OffersTheCurrentTheRecentThenTheNewest) {
-  struct Case {
-    const char* what;
-    Names library;  // oldest first
-    std::string current;
-    Names recents;
-    Names quick;
-  };
-  const Case cases[]{
-      {"all kinds", {"A", "D", "C", "B"}, "C", {"C", "Gone", "B"}, {"C", "B", "D"}},
-      {"the newest", {"D", "B", "C", "A"}, "", {}, {"A", "C", "B"}},
-      {"many recents", {"A", "B", "C", "D"}, "D", {"C", "B", "A"}, {"D", "C", "B"}},
-      {"fewer than three", {"A", "B"}, "", {"A"}, {"A", "B"}},
-      {"current one is gone", {"A", "B"}, "Gone", {}, {"B", "A"}},
-      {"nothing", {}, "Gone", {"A"}, {}},
-  };
-  for (const auto& [what, library, current, recents, quick] : cases) {
+  // The library, the oldest first; the current one; the recent ones; those on offer.
+  using Case = std::tuple<Names, std::string, Names, Names>;
+  for (const auto& [library, current, recents, quick] :
+       std::initializer_list<Case>{{{"A", "D", "C", "B"}, "C", {"C", "Gone", "B"}, {"C", "B", "D"}},
+                                   {{"D", "B", "C", "A"}, "", {}, {"A", "C", "B"}},
+                                   {{"A", "B", "C", "D"}, "D", {"C", "B", "A"}, {"D", "C", "B"}},
+                                   {{"A", "B"}, "", {"A"}, {"A", "B"}},
+                                   {{"A", "B"}, "Gone", {}, {"B", "A"}},
+                                   {{}, "Gone", {"A"}, {}}}) {
     FakePlatform platform;
     for (const auto& name : library) platform.addWallpaper(name);
     Controller controller(platform);
-    platform.defaults.set("recentWallpapers", recents);
-    const auto all = controller.wallpapers();
-    const std::optional<Wallpaper> shown =
-        current.empty() ? std::nullopt : std::optional(Wallpaper{{controller.library() / current}});
-    EXPECT_EQ(namesOf(quickList(all, shown, recents, platform.files, platform.textOrder)), quick) << what;
+    const Wallpaper shown{{controller.library() / current}};
+    EXPECT_EQ(namesOf(quickList(controller.wallpapers(), shown, recents, platform.files, platform.textOrder)), quick);
   }
 }
 

@@ -10,12 +10,7 @@ using Lines = std::vector<std::string>;
 using enum LoginItemStatus;
 
 TEST(OpenAtLogin, FlipsTheRegistration) {
-  struct Case {
-    LoginItemStatus before;
-    LoginItemStatus whenRegistered;
-    LoginItemStatus after;
-    const char* line;
-  };
+  using Case = std::tuple<LoginItemStatus, LoginItemStatus, LoginItemStatus, const char*>;
   for (const auto& [before, whenRegistered, after, line] :
        std::initializer_list<Case>{{notRegistered, enabled, enabled, "open at login: true"},
                                    {requiresApproval, enabled, enabled, "open at login: true"},
