@@ -1,16 +1,11 @@
 // What every file system must do, over the real one and the one in memory; and what only the real one can show.
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <algorithm>
 #include <csignal>
-#include <fstream>
-#include <functional>
-#include <iterator>
-#include <memory>
 
 #include "fakes/fake_files.h"
 #include "fakes/temporary_folder.h"
@@ -21,8 +16,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::vector<std::string> namesIn(const Files& files, const fs::path& folder, Files::Hidden hidden) {
-  std::vector<std::string> names;
+using Names = std::vector<std::string>;
+
+Names namesIn(const Files& files, const fs::path& folder, Files::Hidden hidden = Files::Hidden::include) {
+  Names names;
   if (const auto entries = files.list(folder, hidden)) {
     for (const auto& entry : *entries) names.push_back(entry.path.filename());
   }
@@ -39,23 +36,21 @@ void keepContract(Files& files, const fs::path& root) {
   EXPECT_TRUE(files.append(root / "a/log", "two\n"));
   EXPECT_TRUE(files.append(root / "a/.hidden", ""));
   EXPECT_FALSE(files.createFolders(root / "a/log")) << "a file is in the way";
-  EXPECT_EQ(namesIn(files, root / "a", Files::Hidden::skip), (std::vector<std::string>{"b", "log"}));
-  EXPECT_EQ(namesIn(files, root / "a", Files::Hidden::include), (std::vector<std::string>{".hidden", "b", "log"}));
+  EXPECT_EQ(namesIn(files, root / "a", Files::Hidden::skip), (Names{"b", "log"}));
+  EXPECT_EQ(namesIn(files, root / "a"), (Names{".hidden", "b", "log"}));
 
   EXPECT_TRUE(files.copy(root / "a", root / "c"));
-  EXPECT_EQ(namesIn(files, root / "c", Files::Hidden::include), (std::vector<std::string>{".hidden", "b", "log"}));
+  EXPECT_EQ(namesIn(files, root / "c"), (Names{".hidden", "b", "log"}));
   EXPECT_FALSE(files.copy(root / "a", root / "c")) << "nothing is overwritten";
   EXPECT_FALSE(files.copy(root / "missing", root / "d"));
   EXPECT_FALSE(files.exists(root / "d"));
-  EXPECT_EQ(namesIn(files, root, Files::Hidden::include), (std::vector<std::string>{"a", "c"})) << "no half copies";
+  EXPECT_EQ(namesIn(files, root), (Names{"a", "c"})) << "no half copies";
   EXPECT_TRUE(files.copyFile(root / "a/log", root / "a/copy"));
   EXPECT_EQ(*files.read(root / "a/copy"), "one\ntwo\n");
   EXPECT_FALSE(files.copyFile(root / "a/log", root / "a/copy")) << "nothing is overwritten";
   EXPECT_FALSE(files.copyFile(root / "missing", root / "a/other"));
   EXPECT_FALSE(files.copyFile(root / "a", root / "a/other")) << "no file";
-  EXPECT_EQ(namesIn(files, root / "a", Files::Hidden::include),
-            (std::vector<std::string>{".hidden", "b", "copy", "log"}))
-      << "no half copies";
+  EXPECT_EQ(namesIn(files, root / "a"), (Names{".hidden", "b", "copy", "log"})) << "no half copies";
   EXPECT_TRUE(files.created(root / "c"));
   EXPECT_FALSE(files.created(root / "missing"));
 }
@@ -131,7 +126,7 @@ TEST(LinuxFilesDeathTest, LeavesNothingOfAFileThatIsNotWhole) {
   EXPECT_EXIT(tryWithLittleRoom(SIG_DFL, copy), testing::KilledBySignal(SIGXFSZ), "");
   EXPECT_EXIT(tryWithLittleRoom(SIG_IGN, replace), testing::ExitedWithCode(1), "");
   EXPECT_EXIT(tryWithLittleRoom(SIG_DFL, replace), testing::KilledBySignal(SIGXFSZ), "");
-  EXPECT_EQ(namesIn(LinuxFiles(), folder.path(), Files::Hidden::include), std::vector<std::string>{"original"});
+  EXPECT_EQ(namesIn(LinuxFiles(), folder.path()), Names{"original"});
   EXPECT_EQ(contentOf(folder.path() / "original"), bytes);
 }
 

@@ -14,11 +14,7 @@ TEST(WorkArea, IsWhatPanelsLeaveOfTheirOwnMonitor) {
   const Rect first{0, 0, 1920, 1080};
   const Rect second{1920, 200, 1280, 800};
   const Rect below{0, 1080, 1920, 1024};
-  struct Case {
-    const char* what;
-    std::vector<Strut> struts;
-    std::vector<Rect> areas;
-  };
+  using Case = std::tuple<const char*, std::vector<Strut>, std::vector<Rect>>;
   for (const auto& [what, struts, areas] : std::initializer_list<Case>{
            {"top of the first", {{top, 30, 0, 1920}}, {{0, 30, 1920, 1050}, second, below}},
            {"top of the lowest, at an inner edge", {{top, 1110, 0, 1920}}, {first, second, {0, 1110, 1920, 994}}},

@@ -9,11 +9,7 @@ TEST(ToldWindow, HidesWhatIsKnownOfIt) {
   const Rect left{0, 0, 1920, 1080};
   const Rect right{1920, 200, 1280, 800};
   const Rect astride{1700, 300, 600, 400};
-  struct Case {
-    const char* what;
-    ToldWindow window;
-    std::vector<Rect> hidden;
-  };
+  using Case = std::tuple<const char*, ToldWindow, std::vector<Rect>>;
   for (const auto& [what, window, hidden] : std::initializer_list<Case>{
            {"nothing but that it is there", {}, {}},
            {"on an output", {.outputs = {left}}, {}},

@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
-#include <memory>
-
 namespace tavelle {
 namespace {
 
@@ -16,57 +14,38 @@ bool comesTrue(double seconds, Condition condition) {
   return condition();
 }
 
-/// A bus of the test's own in the place of the system's, with a login manager on it.
-class SystemBus {
- public:
-  SystemBus() : bus_(adopt(g_test_dbus_new(G_TEST_DBUS_NONE))) {
-    g_test_dbus_up(bus_.get());
-    const char* const address = g_test_dbus_get_bus_address(bus_.get());
-    setenv("DBUS_SYSTEM_BUS_ADDRESS", address, 1);
-    constexpr auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                                             G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-    manager_ = adopt(g_dbus_connection_new_for_address_sync(address, flags, nullptr, nullptr, nullptr));
-    name_ = g_bus_own_name_on_connection(manager_.get(), "org.freedesktop.login1", G_BUS_NAME_OWNER_FLAGS_NONE, nullptr,
-                                         nullptr, nullptr, nullptr);
-  }
-  ~SystemBus() {
-    g_bus_unown_name(name_);
-    manager_.reset();
-    g_test_dbus_stop(bus_.get());
-    unsetenv("DBUS_SYSTEM_BUS_ADDRESS");
-  }
-
-  void tellSleep(bool begins) {
-    g_dbus_connection_emit_signal(manager_.get(), nullptr, "/org/freedesktop/login1", "org.freedesktop.login1.Manager",
-                                  "PrepareForSleep", g_variant_new("(b)", begins), nullptr);
-  }
-
- private:
-  const GObjectPtr<GTestDBus> bus_;
-  GObjectPtr<GDBusConnection> manager_;
-  guint name_ = 0;
-};
-
 TEST(WakeWatch, HearsOfTheEndOfEachSleepAndOutlivesTheBus) {
+  // A bus of the test's own in the place of the system's, with a login manager on the one connection there is to it.
+  const auto daemon = adopt(g_test_dbus_new(G_TEST_DBUS_NONE));
+  g_test_dbus_up(daemon.get());
+  setenv("DBUS_SYSTEM_BUS_ADDRESS", g_test_dbus_get_bus_address(daemon.get()), 1);
+  const auto bus = adopt(g_bus_get_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr));
+  const guint name = g_bus_own_name_on_connection(bus.get(), "org.freedesktop.login1", G_BUS_NAME_OWNER_FLAGS_NONE,
+                                                  nullptr, nullptr, nullptr, nullptr);
+  const auto tellSleep = [&](bool begins) {
+    g_dbus_connection_emit_signal(bus.get(), nullptr, "/org/freedesktop/login1", "org.freedesktop.login1.Manager",
+                                  "PrepareForSleep", g_variant_new("(b)", begins), nullptr);
+  };
   int wakes = 0;
-  auto bus = std::make_unique<SystemBus>();
   const WakeWatch watch([&] { ++wakes; });
   const auto goneAtOnce = [&] { WakeWatch([&] { wakes += 100; }); };
   goneAtOnce();
   // Nothing tells when the watch has begun to listen.
   for (int i = 0; i < 100 && wakes == 0; ++i) {
-    bus->tellSleep(false);
+    tellSleep(false);
     comesTrue(0.2, [&] { return wakes > 0; });
   }
   wakes = 0;
-  bus->tellSleep(true);
-  bus->tellSleep(false);
+  tellSleep(true);
+  tellSleep(false);
   EXPECT_TRUE(comesTrue(20, [&] { return wakes > 0; }));
   // A watch that has gone, or one that takes the beginning for the end, would have counted more.
   EXPECT_FALSE(comesTrue(0.2, [&] { return wakes != 1; }));
   // GLib would end the process with the bus, if it were not told otherwise.
-  bus.reset();
-  comesTrue(0.3, [] { return false; });
+  g_bus_unown_name(name);
+  g_test_dbus_stop(daemon.get());
+  EXPECT_TRUE(comesTrue(20, [&] { return g_dbus_connection_is_closed(bus.get()) != FALSE; }));
+  unsetenv("DBUS_SYSTEM_BUS_ADDRESS");
 }
 
 }  // namespace
