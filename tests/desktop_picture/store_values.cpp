@@ -7,12 +7,16 @@
 namespace tavelle {
 namespace {
 
+/// A value as XML has it, without the list around it.
+std::string element(plist_t node) {
+  const std::string text = xmlPlist(node).value();
+  const auto begin = text.find('\n', text.find("<plist")) + 1;
+  return text.substr(begin, text.find("\n</plist>") - begin);
+}
+
 std::string dataHolding(const std::string& list) {
   const std::string bytes = binaryPlist(parsedPlist(list).get()).value();
-  const std::string text = xmlPlist(PlistPtr(plist_new_data(bytes.data(), bytes.size())).get()).value();
-  const std::string end = "</data>";
-  const auto begin = text.find("<data>");
-  return text.substr(begin, text.find(end) + end.size() - begin);
+  return element(PlistPtr(plist_new_data(bytes.data(), bytes.size())).get());
 }
 
 std::string joined(const std::vector<std::string>& parts, const char* open, const char* close) {
@@ -96,10 +100,7 @@ std::string inWords(plist_t node) {
   std::uint64_t length = 0;
   const char* const bytes = ofType(node, PLIST_DATA) ? plist_get_data_ptr(node, &length) : nullptr;
   if (const PlistPtr list = bytes ? parsedDictionary({bytes, length}) : nullptr) return "packed " + inWords(list.get());
-  // Anything else as XML has it, without the list around it.
-  const std::string text = xmlPlist(node).value();
-  const auto begin = text.find('\n', text.find("<plist")) + 1;
-  return text.substr(begin, text.find("\n</plist>") - begin);
+  return element(node);
 }
 
 }  // namespace tavelle

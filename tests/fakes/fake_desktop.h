@@ -50,10 +50,7 @@ struct FakeOpenPanels final : OpenPanels {
 };
 
 struct FakeApplication final : Application {
-  int run(ApplicationDelegate& delegate, const std::vector<std::string>& /*arguments*/) override {
-    delegate.applicationDidFinishLaunching();
-    return 0;
-  }
+  int run(ApplicationDelegate& /*delegate*/, const std::vector<std::string>& /*arguments*/) override { return 0; }
   void terminate() override {}
   void offer(Command) override {}
 };
@@ -96,7 +93,6 @@ struct FakeScreens final : Screens {
 struct FakeStatusItems final : StatusItems {
   struct Item final : StatusItem {
     explicit Item(FakeStatusItems& to) : items(to) {}
-    ~Item() override { items.menuNeedsUpdate = nullptr; }
     void performClick() override { items.open(); }
     bool isMenuOpen() const override { return items.isOpen; }
     FakeStatusItems& items;
@@ -121,12 +117,11 @@ struct FakeProcesses final : Processes {
     if (onRun) onRun();
     return missing ? Result<void>(Error{"no such program"}) : Result<void>();
   }
-  Result<Registration> start(const std::filesystem::path& program, std::function<void()> ended) override {
+  Result<Registration> start(const std::filesystem::path& /*program*/, std::function<void()> ended) override {
     if (missing) return Error{"no such program"};
-    started.push_back(program);
     ended_ = std::move(ended);
-    return Registration([this, number = started.size()] {
-      if (number == started.size()) ended_ = nullptr;
+    return Registration([this, number = ++started_] {
+      if (number == started_) ended_ = nullptr;
     });
   }
   bool isRunning() const { return ended_ != nullptr; }
@@ -136,10 +131,10 @@ struct FakeProcesses final : Processes {
   /// Command lines.
   std::vector<std::string> ran;
   std::function<void()> onRun;
-  std::vector<std::filesystem::path> started;
   bool missing = false;
 
  private:
+  int started_ = 0;
   std::function<void()> ended_;
 };
 
@@ -178,9 +173,8 @@ struct FakeDesktopPicture final : DesktopPicture {
 /// A page that remembers what it was told, and answers scripts when the test says so.
 struct FakeWebView final : WebView {
   FakeWebView(const WebViews::Settings& made, WebViewDelegate& heard) : settings(made), delegate(heard) {}
-  void loadFile(const std::filesystem::path& page, const std::filesystem::path& readable) override {
+  void loadFile(const std::filesystem::path& page, const std::filesystem::path& /*readable*/) override {
     loaded.push_back(page);
-    folder = readable;
   }
   void reload() override { ++reloads; }
   void evaluate(std::string_view script, Answer answer) override {
@@ -195,7 +189,6 @@ struct FakeWebView final : WebView {
   WebViews::Settings settings;
   WebViewDelegate& delegate;
   std::vector<std::filesystem::path> loaded;
-  std::filesystem::path folder;
   int reloads = 0;
   std::vector<std::string> scripts;
   std::vector<Answer> answers;
