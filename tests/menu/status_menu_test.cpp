@@ -50,13 +50,22 @@ TEST_F(StatusMenu, ShowsHowThingsAre) {
 }
 
 TEST_F(StatusMenu, DoesWhatIsChosen) {
+  platform.alerts.answer = 1;
   platform.addWallpaper("Alps");
   controller.applicationDidFinishLaunching();
+  Lines titles;
+  for (const MenuItem& each : menu()) titles.push_back(each.kind == MenuItem::Kind::list ? "the list" : each.title);
+  EXPECT_EQ(titles,
+            (Lines{"Wallpapers", "the list", "", "Add Wallpaper…", "Delete Wallpaper", "Show Wallpapers Folder", "",
+                   "Pause Animation", "Frame Rate", "Resolution", "Open at Login", "", "How to Use…", "Quit Tavelle"}));
   item("Add Wallpaper…").action();
   EXPECT_EQ(platform.openPanels.shown.size(), 1U);
+  item("Delete Wallpaper").submenu.at(0).action();
+  EXPECT_EQ(platform.alerts.shown.at(0).message, "Delete “Alps”?");
   item("Show Wallpapers Folder").action();
   EXPECT_EQ(platform.workspace.opened, std::vector<std::filesystem::path>{"/home/Pictures/Wallpapers"});
-  controller.togglePause();
+  item("Pause Animation").action();
+  EXPECT_TRUE(controller.paused());
   item("Resume Animation").action();
   EXPECT_FALSE(controller.paused());
   EXPECT_EQ(checked("Frame Rate"), Lines{"60 FPS"});

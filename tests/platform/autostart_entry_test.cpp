@@ -1,5 +1,6 @@
 #include "platform/linux/autostart_entry.h"
 
+#include <gio/gdesktopappinfo.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -70,7 +71,11 @@ TEST_F(Autostart, TellsWhatTheSessionWillDo) {
   }
 }
 
-TEST_F(Autostart, HidesWhatTheSystemWouldStartInItsPlace) {
+TEST_F(Autostart, TakesItsOwnEntryAwayButHidesWhatTheSystemWouldStartInItsPlace) {
+  ASSERT_TRUE(item.registerApplication());
+  EXPECT_TRUE(adopt(g_desktop_app_info_new_from_filename(users.c_str()))) << contentOf(users);
+  ASSERT_TRUE(item.unregister());
+  EXPECT_TRUE(fs::is_empty(home));
   ASSERT_TRUE(item.registerApplication());
   put(systems, head + "Exec=true\n");
   ASSERT_TRUE(item.unregister());
