@@ -38,18 +38,16 @@ TEST(PropertyList, ReadsDecimalsWithAPointWhereTheUsersHaveAComma) {
 
 TEST(PlistGuard, RefusesWhatWouldHarmAndNothingElse) {
   using namespace std::string_literals;
-  const auto nested = [](int levels) {
+  // Arrays in each other, each with so many references to the next one.
+  const auto nested = [](int levels, int references, const std::string& last) {
     std::vector<std::string> arrays;
-    for (int i = 1; i < levels; ++i) arrays.push_back("\xA1" + bigEndian(static_cast<std::uint64_t>(i), 2));
-    arrays.emplace_back("\xA0");
+    for (int i = 1; i < levels; ++i) {
+      arrays.push_back(static_cast<char>(0xA0 + references) +
+                       repeated(bigEndian(static_cast<std::uint64_t>(i), 2), references));
+    }
+    arrays.push_back(last);
     return binaryTable(arrays);
   };
-  std::vector<std::string> doubling;
-  for (int i = 1; i < 16; ++i) {
-    const std::string next = bigEndian(static_cast<std::uint64_t>(i), 2);
-    doubling.push_back("\xA2" + next + next);
-  }
-  doubling.emplace_back("\x09");
   const std::string thousand = "\xAF\x11" + bigEndian(1000, 2) + repeated(bigEndian(1, 2), 1000);
   const auto bigText = [](std::uint64_t length) {
     return "\x5F\x12" + bigEndian(length, 4) + std::string(length, 'a');
@@ -64,9 +62,9 @@ TEST(PlistGuard, RefusesWhatWouldHarmAndNothingElse) {
   };
   for (const auto& [what, bytes, taken] : std::initializer_list<std::tuple<const char*, std::string, bool>>{
            {"sound", sound, true},
-           {"512 levels, binary", nested(512), true},
-           {"513 levels, binary", nested(513), false},
-           {"each level twice the one below", binaryTable(doubling), false},
+           {"512 levels, binary", nested(512, 1, "\xA0"), true},
+           {"513 levels, binary", nested(513, 1, "\xA0"), false},
+           {"each level twice the one below", nested(16, 2, "\x09"), false},
            {"a big text a thousand times", binaryTable({thousand, bigText(10'000)}), true},
            {"a huge text a thousand times", binaryTable({thousand, bigText(200'000)}), false},
            {"an array in itself", binaryTable({"\xA1\0\0"s}), false},
