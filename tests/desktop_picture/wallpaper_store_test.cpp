@@ -161,6 +161,7 @@ TEST_F(StoreSync, LeavesTheStoreAloneWhenItCannotGoOn) {
   const std::string due = storeWith("SystemDefault", "<dict/>");
   files.full = {store};
   expectNoChange(due, {"desktops: couldn't update the wallpaper store: disk full"});
+  EXPECT_EQ(processes.ran, Lines{}) << "the agent has nothing new to read";
 }
 
 TEST_F(StoreSync, KeepsOneBackupAndRestartsTheAgentAfterTheWrite) {
