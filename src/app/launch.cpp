@@ -13,7 +13,7 @@
 namespace tavelle {
 namespace {
 
-constexpr double launchSyncDelay = 2.0;
+constexpr std::chrono::milliseconds launchSyncDelay{2000};
 
 /// The wallpaper to start with: the one of `all` that is named `stored`, else the one that the program comes with, else
 /// the first; none when `all` is empty.

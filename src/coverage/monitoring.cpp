@@ -12,10 +12,10 @@
 namespace tavelle {
 namespace {
 
-constexpr double checkInterval = 0.5;
-constexpr double checkTolerance = 0.15;
+constexpr std::chrono::milliseconds checkInterval{500};
+constexpr std::chrono::milliseconds checkTolerance{150};
 /// Desktops animate what they do to windows; by then they have finished.
-constexpr double recheckDelay = 0.4;
+constexpr std::chrono::milliseconds recheckDelay{400};
 
 }  // namespace
 

@@ -9,10 +9,10 @@
 namespace tavelle {
 namespace {
 
-constexpr double shortestPause = 0.25;
-constexpr double longestPause = 60;
+constexpr std::chrono::milliseconds shortestPause{250};
+constexpr std::chrono::minutes longestPause{1};
 /// An agent that has run for so long is well.
-constexpr double steadyTime = 30;
+constexpr std::chrono::seconds steadyTime{30};
 
 }  // namespace
 
@@ -29,7 +29,7 @@ void AgentKeeper::start() {
 void AgentKeeper::startLater() {
   steady_.cancel();
   restart_ = mainLoop_.after(pause_, [this] { start(); });
-  pause_ = std::min(2 * pause_, longestPause);
+  pause_ = std::min<std::chrono::milliseconds>(2 * pause_, longestPause);
 }
 
 }  // namespace tavelle

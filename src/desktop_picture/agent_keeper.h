@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 
 #include "base/registration.h"
@@ -27,8 +28,8 @@ class AgentKeeper {
   Processes& processes_;
   MainLoop& mainLoop_;
   const std::filesystem::path agent_;
-  /// Seconds until the next start after an end.
-  double pause_;
+  /// Until the next start after an end.
+  std::chrono::milliseconds pause_;
   Registration running_;
   Registration restart_;
   Registration steady_;

@@ -6,7 +6,7 @@
 namespace tavelle {
 namespace {
 
-constexpr double recheckDelay = 2.0;
+constexpr std::chrono::milliseconds recheckDelay{2000};
 
 }  // namespace
 
@@ -15,7 +15,7 @@ void Controller::startAgent() {
   agentKeeper_->start();
 }
 
-void Controller::scheduleSpacesSync(const std::filesystem::path& still, double delay, int retries) {
+void Controller::scheduleSpacesSync(const std::filesystem::path& still, std::chrono::milliseconds delay, int retries) {
   spacesSyncWork_ = platform_.mainLoop.after(delay, [this, still, retries] {
     const StoreServices services{platform_.clock, platform_.files, platform_.processes, wallpaperStore(platform_.home)};
     const bool changed = syncAllSpaces(still, services, [this](const std::string& message) { log(message); });

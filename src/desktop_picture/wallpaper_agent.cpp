@@ -17,7 +17,7 @@ namespace tavelle {
 namespace {
 
 /// Monitors come and go in bursts.
-constexpr double settlingTime = 0.5;
+constexpr std::chrono::milliseconds settlingTime{500};
 
 /// Times of entries come back from the memory rounded. No two settings follow each other so fast.
 constexpr double sameTime = 0.001;

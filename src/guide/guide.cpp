@@ -18,8 +18,8 @@ namespace {
 constexpr int width = 760;
 constexpr int height = 600;
 constexpr int dragStrip = 28;
-constexpr double patience = 1.5;
-constexpr double firstLaunchDelay = 0.8;
+constexpr std::chrono::milliseconds patience{1500};
+constexpr std::chrono::milliseconds firstLaunchDelay{800};
 std::string goToScript(int page) { return "goTo(" + std::to_string(page) + ")"; }
 
 }  // namespace
@@ -94,7 +94,7 @@ void Guide::webViewDidReceiveMessage(WebView& view, const ScriptValue& body) {
   if (&view != web_.get() || !message) return;
   // What follows may ask the user something, and the window may be closed meanwhile; the view must be out of its own
   // callback by then.
-  pending_.after(0, [this, text = *message] { receive(text); });
+  pending_.soon([this, text = *message] { receive(text); });
 }
 
 void Guide::receive(const std::string& message) {
@@ -122,7 +122,7 @@ void Guide::guideWindowWillClose(GuideWindow& window) {
     std::unique_ptr<GuideWindow> window;
     std::unique_ptr<WebView> web;
   };
-  pending_.after(0, [closed = std::make_shared<Closed>(Closed{std::move(window_), std::move(web_)})] {
+  pending_.soon([closed = std::make_shared<Closed>(Closed{std::move(window_), std::move(web_)})] {
     closed->web.reset();
     closed->window.reset();
   });

@@ -17,7 +17,7 @@ namespace {
 namespace fs = std::filesystem;
 
 /// Late enough to be past a fade-in's first black frame, early enough for the shortest clip.
-constexpr double stillTime = 0.5;
+constexpr std::chrono::milliseconds stillTime{500};
 
 /// A file that is to become a wallpaper. Texts are UTF-8.
 struct Source {

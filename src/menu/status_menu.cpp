@@ -92,7 +92,7 @@ MenuItems Controller::resolutionMenu() {
 }
 
 void Controller::openMenu() {
-  pending_.after(0, [this] {
+  pending_.soon([this] {
     if (statusItem_) statusItem_->performClick();
   });
 }

@@ -104,11 +104,11 @@ void WallpaperListView::pick(Wallpaper wallpaper) {
   auto& calls = calls_;
   const auto choose = choose_;
   if (menu_) menu_->cancelTracking();
-  calls.after(0, [choose, wallpaper = std::move(wallpaper)] { choose(wallpaper); });
+  calls.soon([choose, wallpaper = std::move(wallpaper)] { choose(wallpaper); });
 }
 
 void WallpaperListView::toggle() {
-  calls_.after(0, [this, weak = weak_from_this()] {
+  calls_.soon([this, weak = weak_from_this()] {
     if (const auto alive = weak.lock()) applyToggle();
   });
 }

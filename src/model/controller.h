@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -111,10 +112,11 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
 
   // --- Desktop picture (desktop_picture/)
 
-  /// Syncs the wallpaper store to the still image in so many seconds (see `syncAllSpaces`), and again two seconds after
-  /// a pass that had to change it, at most `retries` times: whoever else writes the store may have put its own state
-  /// back meanwhile. A request that still waits is replaced.
-  void scheduleSpacesSync(const std::filesystem::path& still, double delay = 1.5, int retries = 1);
+  /// Syncs the wallpaper store to the still image after `delay` (see `syncAllSpaces`), and again two seconds after a
+  /// pass that had to change it, at most `retries` times: whoever else writes the store may have put its own state back
+  /// meanwhile. A request that still waits is replaced.
+  void scheduleSpacesSync(const std::filesystem::path& still,
+                          std::chrono::milliseconds delay = std::chrono::milliseconds(1500), int retries = 1);
 
   // --- Menu (menu/)
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <list>
+#include <utility>
 
 #include "base/registration.h"
 
@@ -16,7 +18,9 @@ class PendingCalls {
   explicit PendingCalls(MainLoop& mainLoop) : mainLoop_(mainLoop) {}
 
   /// As `MainLoop::after`. `action` may destroy this object.
-  void after(double seconds, std::function<void()> action);
+  void after(std::chrono::milliseconds delay, std::function<void()> action);
+  /// On the main loop's next turn.
+  void soon(std::function<void()> action) { after(std::chrono::milliseconds(0), std::move(action)); }
 
  private:
   MainLoop& mainLoop_;

@@ -14,7 +14,7 @@
 namespace tavelle {
 namespace {
 
-constexpr double measurementLength = 3.0;
+constexpr std::chrono::milliseconds measurementLength{3000};
 
 /// What a page answered to the sampling script at one moment.
 struct FrameSample {

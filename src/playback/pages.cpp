@@ -6,7 +6,7 @@ namespace tavelle {
 namespace {
 
 /// A page takes a moment to reach its pace after it has loaded.
-constexpr double measurementDelay = 2.0;
+constexpr std::chrono::milliseconds measurementDelay{2000};
 
 }  // namespace
 

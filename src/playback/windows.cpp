@@ -11,7 +11,7 @@ namespace tavelle {
 namespace {
 
 /// Monitors come and go in bursts while the user plugs or the machine wakes up.
-constexpr double rebuildDelay = 0.5;
+constexpr std::chrono::milliseconds rebuildDelay{500};
 
 }  // namespace
 

@@ -16,13 +16,13 @@ struct ScheduledSync : testing::Test {
   void keepPuttingBack() {
     platform.processes.onRun = [this] { putBack(); };
   }
-  /// How often the agent has been restarted after each of these moments, from now on in seconds.
-  void expectRestarts(const std::vector<std::pair<double, std::size_t>>& moments) {
-    double time = 0;
+  /// How often the agent has been restarted after each of these moments from now on.
+  void expectRestarts(const std::vector<std::pair<std::chrono::milliseconds, std::size_t>>& moments) {
+    std::chrono::milliseconds time{0};
     for (const auto& [moment, restarts] : moments) {
       platform.mainLoop.turn(moment - time);
       time = moment;
-      EXPECT_EQ(platform.processes.ran.size(), restarts) << "after " << moment << " s";
+      EXPECT_EQ(platform.processes.ran.size(), restarts) << "after " << moment.count() << " ms";
     }
   }
 
@@ -33,32 +33,32 @@ struct ScheduledSync : testing::Test {
 
 TEST_F(ScheduledSync, NewestRequestReplacesTheOneThatWaits) {
   controller->scheduleSpacesSync("/a.jpg");
-  platform.mainLoop.turn(0.5);
+  platform.mainLoop.turn(500ms);
   controller->scheduleSpacesSync("/b.jpg");
-  expectRestarts({{1.49, 0}, {1.51, 1}});
+  expectRestarts({{1490ms, 0}, {1510ms, 1}});
   // The second look at this one waits now, and is replaced as well.
   putBack();
   controller->scheduleSpacesSync("/c.jpg");
-  expectRestarts({{1.49, 1}, {1.51, 2}, {60, 2}});
+  expectRestarts({{1490ms, 1}, {1510ms, 2}, {60000ms, 2}});
   EXPECT_EQ(platform.log(), (Lines{"desktops: every Space now shows b.jpg", "desktops: every Space now shows c.jpg"}));
   controller->scheduleSpacesSync("/d.jpg");
   controller.reset();
-  expectRestarts({{60, 2}});
+  expectRestarts({{60000ms, 2}});
 }
 
 TEST_F(ScheduledSync, LooksAgainTwoSecondsAfterAChangeAsOftenAsAllowed) {
   keepPuttingBack();
-  controller->scheduleSpacesSync("/still.jpg", 1, 0);
-  expectRestarts({{0.99, 0}, {1.01, 1}, {60, 1}});
-  controller->scheduleSpacesSync("/still.jpg", 1, 2);
-  expectRestarts({{1.01, 2}, {2.99, 2}, {3.01, 3}, {4.99, 3}, {5.01, 4}, {60, 4}});
+  controller->scheduleSpacesSync("/still.jpg", 1000ms, 0);
+  expectRestarts({{990ms, 0}, {1010ms, 1}, {60000ms, 1}});
+  controller->scheduleSpacesSync("/still.jpg", 1000ms, 2);
+  expectRestarts({{1010ms, 2}, {2990ms, 2}, {3010ms, 3}, {4990ms, 3}, {5010ms, 4}, {60000ms, 4}});
   // Not after a pass that finds all well: a third would see this.
   platform.processes.onRun = nullptr;
   platform.processes.ran.clear();
-  controller->scheduleSpacesSync("/still.jpg", 1, 3);
-  expectRestarts({{3.5, 1}});
+  controller->scheduleSpacesSync("/still.jpg", 1000ms, 3);
+  expectRestarts({{3500ms, 1}});
   putBack();
-  expectRestarts({{60, 1}});
+  expectRestarts({{60000ms, 1}});
 }
 
 TEST_F(ScheduledSync, LaunchWaitsLongerThanAChoice) {
@@ -67,11 +67,11 @@ TEST_F(ScheduledSync, LaunchWaitsLongerThanAChoice) {
   platform.defaults.set("wallpaper", std::string("Waves"));
   keepPuttingBack();
   controller->applicationDidFinishLaunching();
-  expectRestarts({{1.99, 0}, {2.01, 1}, {3.99, 1}, {4.01, 2}, {60, 2}});
+  expectRestarts({{1990ms, 0}, {2010ms, 1}, {3990ms, 1}, {4010ms, 2}, {60000ms, 2}});
   controller->show(*controller->current());
-  expectRestarts({{1.49, 2}, {1.51, 3}, {3.49, 3}, {3.51, 4}, {60, 4}});
+  expectRestarts({{1490ms, 2}, {1510ms, 3}, {3490ms, 3}, {3510ms, 4}, {60000ms, 4}});
   controller->show({{controller->library() / "Plain"}});
-  expectRestarts({{60, 4}});
+  expectRestarts({{60000ms, 4}});
 }
 
 }  // namespace

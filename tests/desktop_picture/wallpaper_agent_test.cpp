@@ -76,7 +76,7 @@ TEST_F(Agent, LeavesWhatTheUserHasChosenSince) {
   pictures.pictures["left"] = "/user.jpg";
   restart();
   spaces.changed();
-  platform.mainLoop.turn(1);
+  platform.mainLoop.turn(1000ms);
   EXPECT_EQ(shown("left"), "/user.jpg");
   sync("/b.jpg");
   restart();
@@ -97,7 +97,7 @@ TEST_F(Agent, FollowsScreensAndSpaces) {
   platform.screens.changed();
   spaces.changed();
   EXPECT_EQ(shown("third"), "") << "not in the middle of a change";
-  platform.mainLoop.turn(0.6);
+  platform.mainLoop.turn(600ms);
   EXPECT_EQ(shown("right"), "/a.jpg");
   EXPECT_EQ(shown("third"), "/a.jpg");
   EXPECT_FALSE(sync("/a.jpg")) << "the new entries show it, too";
@@ -145,19 +145,19 @@ TEST(AgentKeeper, StartsTheAgentAgainLaterAndLater) {
     for (int i = 0; i < 12; ++i) {
       const double before = std::exchange(pause, 0);
       platform.processes.endChild();
-      for (; !platform.processes.isRunning() && pause < 100; pause += 0.25) platform.mainLoop.turn(0.25);
+      for (; !platform.processes.isRunning() && pause < 100; pause += 0.25) platform.mainLoop.turn(250ms);
       EXPECT_TRUE(pause > before || pause == 60) << pause << " after " << before;
     }
     EXPECT_EQ(pause, 60) << "not for good";
-    platform.mainLoop.turn(31);
+    platform.mainLoop.turn(31000ms);
     platform.processes.endChild();
-    platform.mainLoop.turn(0.25);
+    platform.mainLoop.turn(250ms);
     EXPECT_TRUE(platform.processes.isRunning()) << "at once after a good while";
     platform.processes.missing = true;
     platform.processes.endChild();
-    platform.mainLoop.turn(100);
+    platform.mainLoop.turn(100000ms);
     platform.processes.missing = false;
-    platform.mainLoop.turn(100);
+    platform.mainLoop.turn(100000ms);
     EXPECT_TRUE(platform.processes.isRunning()) << "an executable that is back is started";
   }
   EXPECT_FALSE(platform.processes.isRunning()) << "the agent ends with its keeper";

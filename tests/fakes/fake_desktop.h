@@ -7,7 +7,6 @@
 #include <utility>
 #include <vector>
 
-#include "base/text.h"
 #include "platform/alerts.h"
 #include "platform/application.h"
 #include "platform/clock.h"
@@ -149,9 +148,9 @@ struct FakeWindowList final : WindowList {
 
 /// Answers with what was asked for, as text.
 struct FakeVideoFrames final : VideoFrames {
-  Result<std::string> jpegOfFrame(const std::filesystem::path& video, double seconds) const override {
+  Result<std::string> jpegOfFrame(const std::filesystem::path& video, std::chrono::milliseconds time) const override {
     if (undecodable == video) return Error{"not a video"};
-    return video.native() + " at " + shortestDecimal(seconds);
+    return video.native() + " at " + std::to_string(time.count()) + " ms";
   }
   std::filesystem::path undecodable;
 };

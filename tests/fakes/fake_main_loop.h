@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <chrono>
 #include <functional>
 #include <map>
 #include <utility>
@@ -9,25 +10,28 @@
 
 namespace tavelle {
 
+using std::chrono_literals::operator""ms;
+
 /// A main loop whose time stands still until a test turns it.
 class FakeMainLoop final : public MainLoop {
  public:
-  Registration after(double seconds, std::function<void()> action) override {
-    return add(seconds, {std::move(action), 0});
+  Registration after(std::chrono::milliseconds delay, std::function<void()> action) override {
+    return add(delay, {std::move(action), {}});
   }
 
-  Registration repeat(double seconds, double tolerance, std::function<void()> action) override {
-    return add(seconds + (late ? tolerance : 0), {std::move(action), seconds});
+  Registration repeat(std::chrono::milliseconds interval, std::chrono::milliseconds tolerance,
+                      std::function<void()> action) override {
+    return add(late ? interval + tolerance : interval, {std::move(action), interval});
   }
 
-  /// Lets `seconds` pass and runs what falls due, in order of time.
-  void turn(double seconds) {
-    const double end = now_ + seconds;
+  /// Lets time pass and runs what falls due, in order of time.
+  void turn(std::chrono::milliseconds time) {
+    const auto end = now_ + time;
     while (!waiting_.empty() && waiting_.begin()->first.first <= end) {
       auto due = waiting_.extract(waiting_.begin());
       now_ = std::max(now_, due.key().first);
       const auto action = due.mapped().action;
-      if (const double period = due.mapped().period; period > 0) {
+      if (const auto period = due.mapped().period; period.count() > 0) {
         while (due.key().first <= now_) due.key().first += period;
         waiting_.insert(std::move(due));
       }
@@ -36,10 +40,10 @@ class FakeMainLoop final : public MainLoop {
     now_ = end;
   }
 
-  /// Lets `seconds` pass in which the loop is kept from running anything.
-  void block(double seconds) {
-    now_ += seconds;
-    turn(0);
+  /// Lets time pass in which the loop is kept from running anything.
+  void block(std::chrono::milliseconds time) {
+    now_ += time;
+    turn(std::chrono::milliseconds(0));
   }
 
   /// Whether repeated actions come as late as they may.
@@ -49,20 +53,20 @@ class FakeMainLoop final : public MainLoop {
   struct Timer {
     std::function<void()> action;
     /// 0 for one that runs once.
-    double period;
+    std::chrono::milliseconds period;
   };
 
-  Registration add(double seconds, Timer timer) {
+  Registration add(std::chrono::milliseconds delay, Timer timer) {
     const int number = next_++;
-    waiting_.emplace(std::pair(now_ + seconds, number), std::move(timer));
+    waiting_.emplace(std::pair(now_ + delay, number), std::move(timer));
     return Registration(
         [this, number] { std::erase_if(waiting_, [&](const auto& each) { return each.first.second == number; }); });
   }
 
-  double now_ = 0;
+  std::chrono::milliseconds now_{0};
   int next_ = 0;
   /// By time due, then by order of the calls.
-  std::map<std::pair<double, int>, Timer> waiting_;
+  std::map<std::pair<std::chrono::milliseconds, int>, Timer> waiting_;
 };
 
 }  // namespace tavelle

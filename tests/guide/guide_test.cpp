@@ -23,9 +23,9 @@ struct GuideTest : testing::Test {
 TEST_F(GuideTest, ComesOnScreenWhenItsPageHasLoadedOrTakesTooLong) {
   platform.loginItem.now = LoginItemStatus::requiresApproval;
   controller.showGuide();
-  platform.mainLoop.turn(1.49);
+  platform.mainLoop.turn(1490ms);
   EXPECT_FALSE(window().isVisible());
-  platform.mainLoop.turn(0.01);
+  platform.mainLoop.turn(10ms);
   EXPECT_TRUE(window().isVisible());
   finish();
   EXPECT_EQ(page().scripts, Lines{"goTo(0); setLogin(false)"});
@@ -44,7 +44,7 @@ TEST_F(GuideTest, ObeysNothingButTheWordsItKnows) {
   controller.showGuide();
   for (const auto& [body, windows] : {std::pair(ScriptValue{"Close"}, 1U), {{1.0}, 1U}, {{"close"}, 2U}}) {
     page().delegate.webViewDidReceiveMessage(page(), body);
-    platform.mainLoop.turn(0);
+    platform.mainLoop.turn(0ms);
     controller.showGuide();
     EXPECT_EQ(opened(), windows) << body.value.index();
   }
@@ -72,7 +72,7 @@ TEST_F(GuideTest, OpensByItselfALittleAfterTheFirstLaunch) {
   // Remembered before it opens, so that a launch that ends early does not bring it back.
   EXPECT_TRUE(platform.defaults.boolean("guideShown"));
   EXPECT_EQ(opened(), 0U);
-  platform.mainLoop.turn(0.8);
+  platform.mainLoop.turn(800ms);
   EXPECT_EQ(opened(), 1U);
 }
 

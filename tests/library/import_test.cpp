@@ -49,7 +49,7 @@ TEST_F(Import, LaysOutTheNewFolderByTheKindOfFile) {
                   "video,img{width:100%;height:100%;object-fit:cover;display:block}</style>\n" +
                   each.element);
     EXPECT_EQ(content(each.folder + "/still.jpg"),
-              each.still ? (added->folder.path / each.media).native() + " at 0.5" : "nothing");
+              each.still ? (added->folder.path / each.media).native() + " at 500 ms" : "nothing");
     EXPECT_EQ(platform.files.list(added->folder.path, Files::Hidden::include)->size(), each.still ? 3U : 2U);
   }
   platform.files.put("/in/page.HTML", "<p>");

@@ -80,10 +80,10 @@ TEST_F(StatusMenu, LetsTheCoverageRestWhileItIsOpen) {
   controller.applicationDidFinishLaunching();
   platform.statusItems.open();
   const int before = platform.windowList.fetches;
-  platform.mainLoop.turn(3);
+  platform.mainLoop.turn(3000ms);
   EXPECT_EQ(platform.windowList.fetches, before);
   platform.statusItems.isOpen = false;
-  platform.mainLoop.turn(1);
+  platform.mainLoop.turn(1000ms);
   EXPECT_GT(platform.windowList.fetches, before);
 }
 

@@ -90,13 +90,13 @@ TEST_F(WallpaperList, ChoosesOnceTheMenuHasClosed) {
   // The box has scrolled 346.5 points.
   const Point inRow = {100, 10};
   click(inRow, {100, 40});
-  loop.turn(1);
+  loop.turn(1000ms);
   EXPECT_EQ(happened, Lines{}) << "released over another row";
   dropWhenClosed = true;
   click(inRow, inRow);
   EXPECT_EQ(happened, Lines{"closed"});
   EXPECT_FALSE(list);
-  loop.turn(1);
+  loop.turn(1000ms);
   EXPECT_EQ(happened, (Lines{"closed", "chose Wallpaper 16"})) << "though the list is gone";
 
   make(0, {}, false);
@@ -104,7 +104,7 @@ TEST_F(WallpaperList, ChoosesOnceTheMenuHasClosed) {
   make(3, {}, false);
   list->setEnclosingMenu(nullptr);
   EXPECT_TRUE(list->rows()[2]->accessibilityPerformPress());
-  loop.turn(1);
+  loop.turn(1000ms);
   EXPECT_EQ(happened, (Lines{"closed", "chose Wallpaper 16", "chose Wallpaper 2"}));
 }
 
@@ -113,15 +113,15 @@ TEST_F(WallpaperList, TogglesInPlace) {
   const Point toggle{100, 70};
   click(toggle, toggle);
   EXPECT_EQ(list->rows().size(), 4) << "not inside the event";
-  loop.turn(0);
+  loop.turn(0ms);
   EXPECT_EQ(list->rows().back()->symbol(), "chevron.up");
   EXPECT_EQ(shown, list->bounds());
   list->rows().back()->accessibilityPerformPress();
-  loop.turn(0);
+  loop.turn(0ms);
   EXPECT_EQ(list->rows().back()->symbol(), "chevron.down");
   list->toggle();
   list.reset();
-  loop.turn(0);
+  loop.turn(0ms);
   EXPECT_EQ(happened, (Lines{"changed to 209", "changed to 88"})) << "a list that is gone stays quiet";
 }
 

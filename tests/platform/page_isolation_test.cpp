@@ -1,11 +1,11 @@
 // The engine's own JavaScript reads the rules as the engine's filter does: the last one that fits decides.
 
-#include "platform/linux/desktop/page_isolation.h"
+#include "platform/linux/web/page_isolation.h"
 
 #include <gtest/gtest.h>
 #include <jsc/jsc.h>
 
-#include "app/file_uri.h"
+#include "base/file_uri.h"
 #include "platform/linux/handles.h"
 
 namespace tavelle {

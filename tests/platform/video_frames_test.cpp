@@ -36,7 +36,7 @@ void makeVideo(const std::string& filters, const std::string& options, const fs:
 
 /// Expects squares of these colours at the top left, top right, bottom left and bottom right.
 void expectFrame(const fs::path& video, int width, int height, const std::string& expected = "RGBW") {
-  const auto jpeg = decoder().jpegOfFrame(video, 0.5);
+  const auto jpeg = decoder().jpegOfFrame(video, std::chrono::milliseconds(500));
   ASSERT_TRUE(jpeg) << jpeg.error().description;
   const auto* bytes = reinterpret_cast<const unsigned char*>(jpeg->data());
   int realWidth = 0;
@@ -119,7 +119,7 @@ TEST(VideoFrames, AreErrorsWhereThereIsNone) {
   ASSERT_EQ(mkfifo((folder.path() / "fifo.mp4").c_str(), 0600), 0);
   for (const char* name :
        {"sound.mp4", "half.mp4", "text.mp4", "list.mp4", "empty.mp4", "fifo.mp4", "missing.mp4", "."}) {
-    const auto jpeg = decoder().jpegOfFrame(folder.path() / name, 0.5);
+    const auto jpeg = decoder().jpegOfFrame(folder.path() / name, std::chrono::milliseconds(500));
     ASSERT_FALSE(jpeg) << name;
     EXPECT_FALSE(jpeg.error().description.empty()) << name;
     EXPECT_EQ(jpeg.error().description.find("too long"), std::string::npos) << name;
@@ -147,7 +147,7 @@ TEST(VideoFrames, SurviveABrokenDecoder) {
               {"exec >&-; sleep 60", "the decoder takes too long", 100ms}};
   for (const auto& row : rows) {
     const ChildVideoFrames frames(makeHelper(folder.path(), row.script), row.limit);
-    const auto jpeg = frames.jpegOfFrame("/a.mp4", 0.5);
+    const auto jpeg = frames.jpegOfFrame("/a.mp4", std::chrono::milliseconds(500));
     ASSERT_FALSE(jpeg) << row.script;
     EXPECT_EQ(jpeg.error().description, row.error) << row.script;
   }
@@ -157,7 +157,7 @@ TEST(VideoFrames, LeaveNoProcessBehind) {
   const TemporaryFolder folder;
   const auto started = folder.path() / "started";
   const auto helper = makeHelper(folder.path(), "sleep 60 & echo $! >" + started.native() + "; wait");
-  EXPECT_FALSE(ChildVideoFrames(helper, 2s).jpegOfFrame("/a.mp4", 0.5));
+  EXPECT_FALSE(ChildVideoFrames(helper, 2s).jpegOfFrame("/a.mp4", std::chrono::milliseconds(500)));
   std::string id = contentOf(started);
   ASSERT_FALSE(id.empty());
   id.pop_back();

@@ -33,22 +33,22 @@ struct Playback : testing::Test {
 
 TEST_F(Playback, RebuildsOnceAfterABurstOfChanges) {
   platform.screens.changed();
-  platform.mainLoop.turn(1);
+  platform.mainLoop.turn(1000ms);
   EXPECT_EQ(platform.log(), Lines{}) << "nothing about the screens is different";
 
   for (const double width : {800.0, 1024.0, 1366.0}) {
     platform.screens.screens[1].frame.width = width;
     platform.screens.changed();
-    platform.mainLoop.turn(0.2);
+    platform.mainLoop.turn(200ms);
   }
-  platform.mainLoop.turn(0.29);
+  platform.mainLoop.turn(290ms);
   EXPECT_EQ(platform.log(), Lines{});
-  platform.mainLoop.turn(0.02);
+  platform.mainLoop.turn(20ms);
   EXPECT_EQ(platform.log(), Lines{"showing on 2 display(s)"});
 
   platform.screens.screens.clear();
   platform.screens.changed();
-  platform.mainLoop.turn(0.5);
+  platform.mainLoop.turn(500ms);
   EXPECT_EQ(platform.log().back(), "showing on 0 display(s)");
 }
 
@@ -114,14 +114,14 @@ TEST_F(Playback, AppliesFrameSettingsToEveryPageNowAndAtTheNextLoad) {
 
 TEST_F(Playback, MeasuresTheFirstScreensPage) {
   for (const std::size_t screen : {1, 0}) page(screen).delegate.webViewDidFinish(page(screen));
-  platform.mainLoop.turn(1.9);
+  platform.mainLoop.turn(1900ms);
   EXPECT_EQ(page(0).scripts.back(), probeJS);
-  platform.mainLoop.turn(0.2);
+  platform.mainLoop.turn(200ms);
   EXPECT_EQ(page(1).scripts.back(), probeJS);
   ASSERT_EQ(page(0).scripts.size(), 3U) << "once, and for its own load";
   EXPECT_EQ(page(0).scripts.back(), samplingJS);
   page(0).answer(numbers({100, 5000, 1728, 1117}));
-  platform.mainLoop.turn(3);
+  platform.mainLoop.turn(3000ms);
   const auto answer = page(0).answers.back();
   controller.togglePause();
   answer(numbers({189.0, 7990, 1728, 1117}));
@@ -139,14 +139,14 @@ TEST_F(Playback, EndsAMeasurementSilently) {
     controller.chooseFrameRate(60);
     page(0).answer(first);
     const auto asked = page(0).answers.size();
-    platform.mainLoop.turn(3);
+    platform.mainLoop.turn(3000ms);
     if (page(0).answers.size() > asked) page(0).answer(second);
     EXPECT_EQ(platform.log().back(), "frame rate 60 FPS, resolution 100%");
   }
   controller.chooseFrameRate(60);
   page(0).answer(good);
   controller.buildWindows();
-  platform.mainLoop.turn(10);
+  platform.mainLoop.turn(10000ms);
   EXPECT_EQ(platform.log().back(), "showing on 2 display(s)") << "a page that has gone is not measured";
 }
 

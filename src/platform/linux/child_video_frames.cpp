@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cmath>
 #include <csignal>
 #include <optional>
 #include <utility>
@@ -116,13 +115,14 @@ Result<std::string> readBefore(SteadyClock::time_point deadline, const FileDescr
 
 }  // namespace
 
-Result<std::string> ChildVideoFrames::jpegOfFrame(const std::filesystem::path& video, double seconds) const {
+Result<std::string> ChildVideoFrames::jpegOfFrame(const std::filesystem::path& video,
+                                                  std::chrono::milliseconds time) const {
   const auto deadline = SteadyClock::now() + limit_;
   std::array<int, 2> ends{};
   if (pipe2(ends.data(), O_CLOEXEC) != 0) return systemError("pipe", errno);
   const FileDescriptor output(ends[0]);
   FileDescriptor input(ends[1]);
-  auto helper = spawn(helper_, {video.native(), std::to_string(std::llround(seconds * 1e9))}, input);
+  auto helper = spawn(helper_, {video.native(), std::to_string(std::chrono::nanoseconds(time).count())}, input);
   if (!helper) return helper.error();
   // Or the end of what the helper writes would never be seen.
   input = FileDescriptor();

@@ -17,7 +17,7 @@ class ChildVideoFrames final : public VideoFrames {
                             std::chrono::milliseconds limit = std::chrono::milliseconds(9500))
       : helper_(std::move(helper)), limit_(limit) {}
 
-  Result<std::string> jpegOfFrame(const std::filesystem::path& video, double seconds) const override;
+  Result<std::string> jpegOfFrame(const std::filesystem::path& video, std::chrono::milliseconds time) const override;
 
  private:
   std::filesystem::path helper_;

@@ -3,7 +3,7 @@
 #include <glib.h>
 
 #include <algorithm>
-#include <cmath>
+#include <chrono>
 #include <memory>
 
 namespace tavelle {
@@ -50,14 +50,14 @@ gboolean dispatch(GSource* source, GSourceFunc callback, gpointer data) {
   return callback(data);
 }
 
-gint64 microseconds(double seconds) { return std::llround(seconds * G_USEC_PER_SEC); }
+gint64 microseconds(std::chrono::microseconds duration) { return duration.count(); }
 
 }  // namespace
 
-Registration GLibMainLoop::after(double seconds, std::function<void()> action) {
+Registration GLibMainLoop::after(std::chrono::milliseconds delay, std::function<void()> action) {
   const auto timer = std::make_shared<Timer>();
   timer->action = std::move(action);
-  const double milliseconds = std::ceil(std::clamp(seconds * 1000, 0.0, double{G_MAXINT}));
+  const auto milliseconds = std::clamp<std::chrono::milliseconds::rep>(delay.count(), 0, G_MAXINT);
   timer->source = g_timeout_add_full(
       G_PRIORITY_DEFAULT, static_cast<guint>(milliseconds), fire, std::make_unique<SharedTimer>(timer).release(),
       [](gpointer data) { std::unique_ptr<SharedTimer>(static_cast<SharedTimer*>(data)).reset(); });
@@ -66,12 +66,13 @@ Registration GLibMainLoop::after(double seconds, std::function<void()> action) {
   });
 }
 
-Registration GLibMainLoop::repeat(double seconds, double tolerance, std::function<void()> action) {
+Registration GLibMainLoop::repeat(std::chrono::milliseconds interval, std::chrono::milliseconds tolerance,
+                                  std::function<void()> action) {
   // GLib asks for what it could write to, and never does.
   static GSourceFuncs repeatingFunctions{prepare, isDue, dispatch, nullptr, nullptr, nullptr};
   GSource* const source = g_source_new(&repeatingFunctions, sizeof(RepeatingSource));
   auto& timing = repeating(source);
-  timing.interval = std::max<gint64>(1, microseconds(seconds));
+  timing.interval = std::max<gint64>(1, microseconds(interval));
   timing.tolerance = microseconds(tolerance);
   timing.due = g_get_monotonic_time() + timing.interval;
   using Action = std::function<void()>;

@@ -1,5 +1,6 @@
 #include "platform/linux/web/page_watch.h"
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -8,9 +9,9 @@
 namespace tavelle {
 namespace {
 
-/// Seconds between questions to a page that answers, and between looks at one that owes an answer.
-constexpr double questionInterval = 3;
-constexpr double lookInterval = 1;
+/// Between questions to a page that answers, and between looks at one that owes an answer.
+constexpr std::chrono::seconds questionInterval{3};
+constexpr std::chrono::seconds lookInterval{1};
 /// So many looks in a row must find the process asleep. The known way to lock up is to be told to pause at the wrong
 /// moment, so that little patience is enough while a command goes unanswered. A page that just does not answer a
 /// question may be waiting for a slow server, which its main thread does asleep.
@@ -82,8 +83,8 @@ void PageWatch::look() {
   lockedUp_();
 }
 
-void PageWatch::lookAgainAfter(double seconds) {
-  nextLook_ = mainLoop_.after(seconds, [this] { look(); });
+void PageWatch::lookAgainAfter(std::chrono::seconds interval) {
+  nextLook_ = mainLoop_.after(interval, [this] { look(); });
 }
 
 }  // namespace tavelle

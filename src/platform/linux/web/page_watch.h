@@ -2,6 +2,7 @@
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <functional>
 #include <string>
 
@@ -29,7 +30,7 @@ class PageWatch {
 
  private:
   void look();
-  void lookAgainAfter(double seconds);
+  void lookAgainAfter(std::chrono::seconds interval);
 
   std::function<void()> ask_;
   std::function<void()> lockedUp_;

@@ -1,4 +1,4 @@
-#include "app/file_uri.h"
+#include "base/file_uri.h"
 
 #include <gtest/gtest.h>
 
