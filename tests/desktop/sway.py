@@ -1,36 +1,42 @@
-"""A Wayland desktop of its own that nobody sees: the compositor sway with outputs in memory."""
+"""A Wayland desktop of its own that nobody sees: the compositor sway."""
 
 import json
 import os
 
-from session import Session, wait_until
+from session import Session, XView, wait_until
+from Xlib.protocol import event
 
 CONFIGURATION = """
 default_border none
-output HEADLESS-1 resolution 1280x720 position 0 0
-output HEADLESS-2 resolution 1280x720 position 1280 0
+output {0}-1 resolution 1280x720 position 0 0
+output {0}-2 resolution 1280x720 position 1280 0
 """
 NOBODY = 65534
 
 
 class SwayDesktop(Session):
-    """Two outputs side by side; on a `parent` they are windows of its, whose size it chooses and which can be closed."""
+    """Two outputs side by side, in memory; with an X server they are windows of it, each where sway has the output, and
+    its pointer and keyboard are sway's."""
 
     picture_taker = ("grim",)
 
-    def __init__(self, parent=None):
+    def __init__(self, x_server=None):
         super().__init__()
-        self._parent = parent
+        self._view = None
+        self._backend = {"WLR_BACKENDS": "headless", "WLR_HEADLESS_OUTPUTS": "2", "WLR_LIBINPUT_NO_DEVICES": "1"}
+        if x_server:
+            display = x_server.environment["DISPLAY"]
+            self._view = XView(display)
+            self._backend = {"WLR_BACKENDS": "x11", "WLR_X11_OUTPUTS": "2", "DISPLAY": display}
+            for name in ("_NET_WM_NAME", "UTF8_STRING", "WM_PROTOCOLS", "WM_DELETE_WINDOW"):
+                self._view.atom(name)  # sway uses those that somebody has used before, as a window manager does
 
     def _start(self):
         runtime = self.folder / "runtime"
         configuration = self.folder / "sway.conf"
-        configuration.write_text(CONFIGURATION)
+        configuration.write_text(CONFIGURATION.format("X11" if self._view else "HEADLESS"))
         self.environment |= {"SWAYSOCK": str(runtime / "sway.sock"), "XDG_CURRENT_DESKTOP": "sway"}
-        where = {"WLR_BACKENDS": "headless", "WLR_HEADLESS_OUTPUTS": "2", "WLR_LIBINPUT_NO_DEVICES": "1"}
-        if self._parent:
-            display = self._parent.folder / "runtime" / self._parent.environment["WAYLAND_DISPLAY"]
-            where = {"WLR_BACKENDS": "wayland", "WLR_WL_OUTPUTS": "2", "WAYLAND_DISPLAY": str(display)}
+        where = self._backend
         command = ["env", *(f"{name}={value}" for name, value in where.items()), "WLR_RENDERER=pixman", "sway", "-c",
                    str(configuration)]
         if os.getuid() == 0:
@@ -47,6 +53,7 @@ class SwayDesktop(Session):
         self.environment["WAYLAND_DISPLAY"] = sockets[0].name
         self._start_bus()
         wait_until(lambda: len(self.outputs()) == 2, 20, "both outputs")
+        self._place_outputs()
 
     def ask(self, *message, kind="command"):
         """What sway answers, as an object."""
@@ -81,9 +88,22 @@ class SwayDesktop(Session):
         """Adds an output, and gives its name."""
         before = set(self.outputs())
         self.do("create_output")
-        return wait_until(lambda: set(self.outputs()) - before, 10, "the new output").pop()
+        output = wait_until(lambda: set(self.outputs()) - before, 10, "the new output").pop()
+        self._place_outputs()
+        return output
 
     def unplug(self, output):
-        """Only on a parent."""
-        self._parent.do(f'[title="wlroots - {output}"] kill')
+        """Only on an X server."""
+        window, atom = self._window_of(output), self._view.atom
+        window.send_event(event.ClientMessage(window=window, client_type=atom("WM_PROTOCOLS"),
+                                              data=(32, [atom("WM_DELETE_WINDOW"), 0, 0, 0, 0])))
+        self._view.display.sync()
         wait_until(lambda: output not in self.outputs(), 10, f"{output} to go")
+
+    def _window_of(self, output):
+        return self._view.named(f"wlroots - {output}")[0]
+
+    def _place_outputs(self):
+        for output, (x, y, *_) in self.outputs().items() if self._view else ():
+            self._window_of(output).configure(x=x, y=y)
+            self._view.display.sync()

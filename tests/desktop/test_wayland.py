@@ -1,49 +1,43 @@
 """On a Wayland compositor: the wallpaper behind everything, on every output; rest where nobody sees it; the menu."""
 
 import re
-import subprocess
 
 import pytest
 from gi.repository import GLib
-from session import TALKING, Tavelle, color_page, end, wait_until
+from session import TALKING, VirtualDesktop, XView, color_page, end, wait_until
 from sway import SwayDesktop
 from tray import Watcher
-from virtual_input import DOWN, ESCAPE, RETURN, UP, VirtualInput
+from Xlib import XK
 
-BLUE, RED, WHITE, BLACK = (0x20, 0x60, 0xC0), (0xFF, 0, 0), (0xFF, 0xFF, 0xFF), (0, 0, 0)
+BLUE, RED, WHITE, BLACK = 0x2060C0, 0xFF0000, 0xFFFFFF, 0
 BLUE_PAGE = color_page("#2060c0", """<script>say(`${innerWidth}x${innerHeight}`);
 window.wallpaper = {play() { say('play'); }, pause() { say('pause'); }};</script>""")
 
 
+@pytest.fixture(scope="module", name="screen")
+def fixture_screen():
+    with VirtualDesktop(monitors=2, window_manager=False) as screen:
+        screen.run("setxkbmap", "-rules", "evdev")  # the numbers of keys that sway takes them to have
+        yield screen
+
+
 @pytest.fixture(scope="module", name="desktop")
-def fixture_desktop():
-    with SwayDesktop() as desktop:
+def fixture_desktop(screen):
+    with SwayDesktop(screen) as desktop:
         yield desktop
 
 
-@pytest.fixture(name="hands")
-def fixture_hands(desktop):
-    hands = VirtualInput(desktop.environment, (2560, 720))
-    yield hands
-    hands.close()
+@pytest.fixture(name="view")
+def fixture_view(screen):
+    view = XView(screen.environment["DISPLAY"])
+    yield view
+    view.display.close()
 
 
-def colors(desktop):
-    """The colour at a place of the screen."""
-    done = subprocess.run(["grim", "-t", "ppm", "-"], env=desktop.environment, stdout=subprocess.PIPE, check=True)
-    size, _, data = done.stdout.removeprefix(b"P6\n").partition(b"\n255\n")
-    width, height = map(int, size.split())
-    assert len(data) == width * height * 3
-    return lambda x, y: tuple(data[(y * width + x) * 3:][:3])
-
-
-def wait_for(desktop, *expected):
+def wait_for(view, *expected):
     """Waits for colours at places, each as (x, y, colour)."""
-    def seen():
-        color = colors(desktop)
-        return [color(x, y) for x, y, _ in expected]
-
-    wait_until(lambda: seen() == [color for *_, color in expected], 20, lambda: f"{expected}; there is {seen()}")
+    wait_until(lambda: all(view.colors(x, y, 1, 1) == {color} for x, y, color in expected), 20,
+               lambda: f"{expected}; there is {[view.colors(x, y, 1, 1) for x, y, _ in expected]}")
 
 
 @pytest.fixture(name="window")
@@ -56,20 +50,20 @@ def fixture_window(desktop):
     wait_until(lambda: not desktop.windows(), 20, "the windows to go")
 
 
-def test_wallpaper_lies_below_windows_on_both_outputs(desktop, tavelle, window):
+def test_wallpaper_lies_below_windows_on_both_outputs(desktop, tavelle, view, window):
     tavelle.play(BLUE_PAGE)
-    wait_for(desktop, (0, 0, BLUE), (1279, 719, BLUE), (1280, 0, BLUE), (2559, 719, BLUE))
-    desktop.do("focus output HEADLESS-1")
+    wait_for(view, (0, 0, BLUE), (1279, 719, BLUE), (1280, 0, BLUE), (2559, 719, BLUE))
+    desktop.do("focus output X11-1")
     window("red")
     desktop.do('[app_id="red"] floating enable, resize set 400 300, move position 100 100')
-    wait_for(desktop, (90, 90, BLUE), (150, 380, RED), (510, 300, BLUE))
+    wait_for(view, (90, 90, BLUE), (150, 380, RED), (510, 300, BLUE))
     assert "Tavelle wallpaper" not in str(desktop.windows())
     assert "screen 2: 0.0% covered" in tavelle.run("--coverage").stdout
 
 
 def test_rests_where_windows_cover_the_output(desktop, tavelle, window):
     tavelle.play(BLUE_PAGE)
-    desktop.do("focus output HEADLESS-2")
+    desktop.do("focus output X11-2")
     window("red")
     tavelle.wait("desktop covered on screen 1: paused")
     tavelle.wait("page: pause")
@@ -77,42 +71,11 @@ def test_rests_where_windows_cover_the_output(desktop, tavelle, window):
     tavelle.wait("desktop visible on screen 1: playing")
 
 
-def test_outputs_come_and_go(desktop, tmp_path):
-    with SwayDesktop(parent=desktop) as nested:
-        tavelle = Tavelle(nested, tmp_path)
-        tavelle.environment["WAYLAND_DEBUG"] = "1"
-        try:
-            tavelle.play(BLUE_PAGE)
-            nested.unplug("WL-2")
-            tavelle.wait(r"showing on 1 display\(s\)")
-            wait_for(nested, (0, 0, BLUE), (1279, 719, BLUE))
-            nested.plug()
-            wait_for(nested, (0, 0, BLUE), (639, 719, BLUE), (640, 0, BLUE), (1279, 719, BLUE))
-            # One goes and another comes at once: in the end no screen has changed, but each is another output.
-            nested.unplug("WL-1")
-            nested.plug()
-            wait_for(nested, (0, 0, BLUE), (639, 719, BLUE), (640, 0, BLUE), (1279, 719, BLUE))
-            for output in list(nested.outputs()):
-                nested.unplug(output)
-            tavelle.wait(r"showing on 0 display\(s\)")
-            nested.plug()
-            wait_for(nested, (0, 0, BLUE), (1279, 719, BLUE))
-            assert not tavelle.found("page: 0x0")
-            # Not for a moment on another output: the compositor is never left the choice.
-            outputs = re.findall(r'get_layer_surface\(.*, (\S+), 0, "tavelle-wallpaper"',
-                                 (tmp_path / "stderr.txt").read_text())
-            assert len(outputs) >= 6 and "nil" not in outputs
-        finally:
-            assert tavelle.stop() == 0
-            tavelle.bus.close_sync()
-    wait_until(lambda: not desktop.windows(), 20, "the nested outputs to go")
-
-
-def test_menu(desktop, tavelle, hands, window):
+def test_menu(desktop, tavelle, view, window):
     for number in range(12):
         tavelle.add(f"Wallpaper {number}", TALKING)
     tavelle.store(wallpaper="Wallpaper 3")
-    desktop.do("focus output HEADLESS-1")
+    desktop.do("focus output X11-1")
     window("red")
     with Watcher(desktop, host=True) as panel:
         tavelle.start()
@@ -122,29 +85,33 @@ def test_menu(desktop, tavelle, hands, window):
         def open_menu(x, y):
             panel.call("Activate", GLib.Variant("(ii)", (x, y)))
 
+        def press(*keys):
+            for key in keys:
+                view.press(key)
+
         # By keyboard, at the top of the second output: the item before the last but one opens the program at login.
         open_menu(2500, 10)
-        wait_for(desktop, (2400, 20, WHITE))
-        hands.press(UP, UP, UP, RETURN)
+        wait_for(view, (2400, 20, WHITE))
+        press(XK.XK_Up, XK.XK_Up, XK.XK_Up, XK.XK_Return)
         tavelle.wait("open at login: true")
-        wait_for(desktop, (2400, 20, BLACK))
+        wait_for(view, (2400, 20, BLACK))
         wait_until(lambda: desktop.windows()["red"]["focused"], 20, "the keyboard to go back")
         # By pointer, at the lower edge: the list grows upwards.
         open_menu(1270, 715)
-        wait_for(desktop, (1262, 365, WHITE), (1262, 250, RED))
-        hands.move(1000, 450)
-        hands.click(1100, 477)
-        wait_for(desktop, (1262, 250, WHITE), (1262, 712, WHITE))
-        hands.move(1002, 280)
-        hands.click(1000, 282)
+        wait_for(view, (1262, 365, WHITE), (1262, 250, RED))
+        view.point((1000, 450))
+        view.click((1100, 477))
+        wait_for(view, (1262, 250, WHITE), (1262, 712, WHITE))
+        view.point((1002, 280))
+        view.click((1000, 282))
         tavelle.wait("showing Wallpaper 0")
-        wait_for(desktop, (1262, 712, RED))
+        wait_for(view, (1262, 712, RED))
         # Let go of without a choice: by key, and by a click elsewhere.
-        for let_go in (lambda: hands.press(DOWN, ESCAPE), lambda: hands.click(2000, 600)):
+        for let_go in (lambda: press(XK.XK_Down, XK.XK_Escape), lambda: view.click((2000, 600))):
             open_menu(1270, 10)
-            wait_for(desktop, (1262, 20, WHITE))
+            wait_for(view, (1262, 20, WHITE))
             let_go()
-            wait_for(desktop, (1262, 20, RED))
+            wait_for(view, (1262, 20, RED))
 
 
 def test_guide_is_a_window_and_the_picture_is_not_there(desktop, tavelle):
@@ -164,3 +131,27 @@ def test_guide_is_a_window_and_the_picture_is_not_there(desktop, tavelle):
 def test_says_why_there_is_no_display(tavelle, environment, said):
     done = tavelle.run(**environment)
     assert (done.returncode, done.stderr) == (1, f"tavelle: {said}\n")
+
+
+def test_outputs_come_and_go(desktop, tavelle, view):
+    tavelle.environment["WAYLAND_DEBUG"] = "1"
+    tavelle.play(BLUE_PAGE)
+    desktop.unplug("X11-2")
+    tavelle.wait(r"showing on 1 display\(s\)")
+    wait_for(view, (0, 0, BLUE), (1279, 719, BLUE))
+    desktop.plug()
+    wait_for(view, (0, 0, BLUE), (1279, 719, BLUE), (1280, 0, BLUE), (2303, 719, BLUE))
+    # One goes and another comes at once: in the end no screen has changed, but each is another output.
+    desktop.unplug("X11-1")
+    desktop.plug()
+    wait_for(view, (0, 0, BLUE), (2047, 719, BLUE))
+    for output in list(desktop.outputs()):
+        desktop.unplug(output)
+    tavelle.wait(r"showing on 0 display\(s\)")
+    desktop.plug()
+    wait_for(view, (0, 0, BLUE), (1023, 719, BLUE))
+    assert not tavelle.found("page: 0x0")
+    # Not for a moment on another output: the compositor is never left the choice.
+    outputs = re.findall(r'get_layer_surface\(.*, (\S+), 0, "tavelle-wallpaper"',
+                         (tavelle.home / "stderr.txt").read_text())
+    assert len(outputs) >= 6 and "nil" not in outputs
