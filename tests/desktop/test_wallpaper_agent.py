@@ -1,6 +1,7 @@
 """The agent that keeps the wallpaper store, and brings its pictures onto the screens."""
 
 import plistlib
+import re
 import subprocess
 
 import pytest
@@ -89,10 +90,19 @@ def test_a_store_from_nothing_follows_what_is_shown(tavelle, view, store):
 def test_the_store_and_the_screens_follow_each_other(tavelle, view, store, desktop):
     tavelle.play(color_page("#008000"))
     wait_until(store.exists, 20, "the store")
-    red, blue = add_wallpaper(tavelle, "Red", "red"), add_wallpaper(tavelle, "Blue", "blue")
-    assert tavelle.run("--sync-spaces", str(red)).stdout == "desktops: every Space now shows still.png\nupdated\n"
+    store.chmod(0o640)
+    red, blue = add_wallpaper(tavelle, "Red ä%", "red"), add_wallpaper(tavelle, "Blue", "blue")
+    synced = tavelle.run("--sync-spaces", f"../{red.parent.name}/still.png", cwd=blue.parent)
+    assert synced.stdout == "desktops: every Space now shows still.png\nupdated\n"
+    assert images(store) == {red.as_uri()} and store.stat().st_mode & 0o777 == 0o640
     wait_for_picture(view, RED, FIRST, SECOND)
+    before = store.stat().st_ino, store.read_bytes()
     assert tavelle.run("--sync-spaces", str(red)).stdout == "already the same everywhere\n"
+    # An empty name is that of a script's variable that is not set.
+    done = tavelle.run("--sync-spaces", "", DISPLAY="")
+    assert (done.returncode, done.stderr) == (0, "")
+    assert re.fullmatch("desktops: couldn't tell which image is meant: .+\nalready the same everywhere\n", done.stdout)
+    assert (store.stat().st_ino, store.read_bytes()) == before
 
     assert tavelle.run("--set-still", str(blue)).returncode == 0
     wait_until(lambda: images(store, of_displays_alone=True) == {blue.as_uri()}, 20, "the store to note both screens")
