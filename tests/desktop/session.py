@@ -110,6 +110,11 @@ class XView:
                 xtest.fake_input(self.display, happening, code)
         self.display.sync()
 
+    def type(self, *keys):
+        """Keys one after another."""
+        for key in keys:
+            self.press(key)
+
     def point(self, place, *happenings, button=1):
         """Moves the pointer, then presses or releases a button."""
         xtest.fake_input(self.display, X.MotionNotify, x=place[0], y=place[1])

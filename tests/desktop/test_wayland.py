@@ -85,14 +85,10 @@ def test_menu(desktop, tavelle, view, window):
         def open_menu(x, y):
             panel.call("Activate", GLib.Variant("(ii)", (x, y)))
 
-        def press(*keys):
-            for key in keys:
-                view.press(key)
-
         # By keyboard, at the top of the second output: the item before the last but one opens the program at login.
         open_menu(2500, 10)
         wait_for(view, (2400, 20, WHITE))
-        press(XK.XK_Up, XK.XK_Up, XK.XK_Up, XK.XK_Return)
+        view.type(XK.XK_Up, XK.XK_Up, XK.XK_Up, XK.XK_Return)
         tavelle.wait("open at login: true")
         wait_for(view, (2400, 20, BLACK))
         wait_until(lambda: desktop.windows()["red"]["focused"], 20, "the keyboard to go back")
@@ -107,7 +103,7 @@ def test_menu(desktop, tavelle, view, window):
         tavelle.wait("showing Wallpaper 0")
         wait_for(view, (1262, 712, RED))
         # Let go of without a choice: by key, and by a click elsewhere.
-        for let_go in (lambda: press(XK.XK_Down, XK.XK_Escape), lambda: view.click((2000, 600))):
+        for let_go in (lambda: view.type(XK.XK_Down, XK.XK_Escape), lambda: view.click((2000, 600))):
             open_menu(1270, 10)
             wait_for(view, (1262, 20, WHITE))
             let_go()

@@ -25,11 +25,6 @@ SETTINGS = """<?xml version="1.0" encoding="UTF-8"?>
 <property name="square-icons" type="bool" value="true"/></property></property></channel>"""
 
 
-# From the last item upwards.
-BELOW_LIST = ["Quit Tavelle", "How to Use…", "Open at Login", "Resolution", "Frame Rate", "Pause Animation",
-              "Show Wallpapers Folder", "Delete Wallpaper", "Add Wallpaper…"]
-
-
 class Menu:
     """The menu, as somebody in front of the screen finds it."""
 
@@ -57,19 +52,6 @@ class Menu:
         self.view.press(XK.XK_Escape)
         self.wait_until_closed()
         return place
-
-    def choose(self, title, row=None):
-        """By keyboard, the `row` of a submenu if one is given."""
-        self.open()
-        for _ in range(BELOW_LIST.index(title) + 1):
-            self.view.press(XK.XK_Up)
-        if row is not None:
-            self.view.press(XK.XK_Right)
-            self.wait_until_open(2)
-            for _ in range(row):
-                self.view.press(XK.XK_Down)
-        self.view.press(XK.XK_Return)
-        self.wait_until_closed()
 
 
 def start_xfconf(environment):
