@@ -77,46 +77,28 @@ def test_an_alert_tells_what_could_not_be_added(tavelle, view, tmp_path):
 
 
 class Portal(BusService):
-    """The desktop's own chooser, for programs that ask for it."""
+    """The desktop's own chooser, for programs that ask for it. Nobody ever answers there."""
 
     properties = {"version": GLib.Variant("u", 3)}
 
-    def __init__(self, desktop, chosen):
+    def __init__(self, desktop):
         super().__init__(desktop, "org.freedesktop.portal.Desktop", PORTAL, "/org/freedesktop/portal/desktop")
         self.asked = []
-        self.chosen = chosen
 
     def called(self, sender, arguments, call):
-        _parent, title, options = arguments
-        self.asked.append((title, options))
-        request = f"/org/freedesktop/portal/desktop/request/{sender[1:].replace('.', '_')}/{options['handle_token']}"
+        self.asked.append(arguments)
+        token = arguments[2]["handle_token"]
+        request = f"/org/freedesktop/portal/desktop/request/{sender[1:].replace('.', '_')}/{token}"
         call.return_value(GLib.Variant("(o)", (request,)))
-        if self.chosen:
-            # The answer goes to the program alone, as the portal sends it.
-            answer = {"uris": GLib.Variant("as", [each.as_uri() for each in self.chosen])}
-            self.bus.emit_signal(sender, request, "org.freedesktop.portal.Request", "Response",
-                                 GLib.Variant("(ua{sv})", (0, answer)))
 
 
-def test_the_portal_chooses_where_it_is_wanted(desktop, tavelle, tmp_path):
-    sources = [tmp_path / "one.html", tmp_path / "two <&>.html"]
-    for source in sources:
-        source.write_text(color_page("#000080"))
-    with Portal(desktop, sources) as portal:
+def test_the_portal_is_asked_where_it_is_wanted_and_keeps_no_program(desktop, tavelle):
+    with Portal(desktop) as portal:
         tavelle.store()
         tavelle.start(GTK_USE_PORTAL="1")
         tavelle.wait("launched")
         tavelle.act("add")
-        wait_until(lambda: portal.asked, 20, "the portal to be asked")
-        title, options = portal.asked[0]
+        _parent, title, options = wait_until(lambda: portal.asked, 20, "the portal to be asked")[0]
         assert title == CHOOSER and options["accept_label"] == "Add" and options["multiple"]
-        mime_types = {name for _kind, name in options["filters"][0][1]}
-        assert mime_types >= {"video/*", "image/*", "text/html"}
-        # GTK hands on what the portal tells in an order of its own.
-        tavelle.wait("showing (one|two <&>)$")
-        assert sorted(tavelle.library.iterdir()) == [tavelle.library / "one", tavelle.library / "two <&>"]
-        # One that nobody answers keeps the program no longer than it wants to run.
-        portal.chosen = []
-        tavelle.act("add")
-        wait_until(lambda: portal.asked[1:], 20, "the portal to be asked again")
+        assert {name for _kind, name in options["filters"][0][1]} >= {"video/*", "image/*", "text/html"}
         assert tavelle.stop() == 0
