@@ -233,6 +233,13 @@ class Tavelle:
         return self.bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method,
                                   GLib.Variant(signature, arguments), None, Gio.DBusCallFlags.NONE, -1, None).unpack()
 
+    def serve(self, name, command):
+        """Has the bus start the command for the name."""
+        services = pathlib.Path(self.environment["XDG_RUNTIME_DIR"], "dbus-1/services")
+        services.mkdir(parents=True, exist_ok=True)
+        (services / f"{name}.service").write_text(f"[D-BUS Service]\nName={name}\nExec={command}\n")
+        self.ask_bus("ReloadConfig")
+
     def act(self, action, *parameter):
         self.bus.call_sync("org.tavelle.Tavelle", "/org/tavelle/Tavelle", "org.gtk.Actions", "Activate",
                            GLib.Variant("(sava{sv})", (action, parameter, {})), None, Gio.DBusCallFlags.NONE, -1, None)

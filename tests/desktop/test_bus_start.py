@@ -1,7 +1,6 @@
 """Starting the program through the session bus, as a menu of programs and `gapplication` do."""
 
 import os
-import pathlib
 import signal
 
 import pytest
@@ -17,11 +16,7 @@ WAYS = {"an activation": lambda bus: bus.activate(), "a command": lambda bus: bu
 class Bus:
     def __init__(self, tavelle):
         self.tavelle = tavelle
-        self.services = pathlib.Path(tavelle.environment["XDG_RUNTIME_DIR"], "dbus-1/services")
-        self.services.mkdir(parents=True, exist_ok=True)
-        self.services.joinpath(f"{NAME}.service").write_text(
-            f"[D-BUS Service]\nName={NAME}\nExec={BINARY} --gapplication-service\n")
-        tavelle.ask_bus("ReloadConfig")
+        tavelle.serve(NAME, f"{BINARY} --gapplication-service")
         tavelle.ask_bus("UpdateActivationEnvironment", "(a{ss})", {"HOME": str(tavelle.home)})
 
     def activate(self):
