@@ -10,6 +10,12 @@ CONFIGURATION = """
 default_border none
 output {0}-1 resolution 1280x720 position 0 0
 output {0}-2 resolution 1280x720 position 1280 0
+bar panel {{
+  output {0}-1
+  position top
+  height 30
+  swaybar_command true
+}}
 """
 NOBODY = 65534
 

@@ -79,21 +79,6 @@ def test_pages_rest_while_windows_hide_them(playing, windows, view):
     rest.expect()
 
 
-def test_a_program_that_starts_hidden_rests_at_once(tavelle, windows, desktop):
-    windows.open(*FIRST)
-    tavelle.play(HEAD + """<script>window.wallpaper = {pause() { say('pause'); }, play() { say('play'); }};</script>""")
-    tavelle.wait("desktop covered on screen 0: paused")
-    tavelle.wait("page: pause")
-    desktop.unplug("DUMMY1")
-    try:
-        tavelle.wait(r"showing on 1 display\(s\)")
-        tavelle.wait("desktop covered on screen 0: paused", count=2)
-    finally:
-        desktop.plug("DUMMY1", "1280x0")
-    tavelle.wait(r"showing on 2 display\(s\)", count=2)
-    assert not tavelle.found("desktop visible")
-
-
 def test_what_happens_to_windows_is_told(told, windows):
     lines = told()
     front, back = (windows.open(x, 100, 300, 200) for x in (500, 100))

@@ -65,13 +65,18 @@ def test_by_name_from_the_command_line(tavelle):
     assert tavelle.stored()["recentWallpapers"] == [] and "wallpaper" not in tavelle.stored()
 
 
-def test_what_cannot_be_moved_stays(tavelle):
+def test_what_cannot_be_moved_stays(tavelle, view):
     trash = tavelle.home / ".local/share/Trash"
     trash.parent.mkdir(parents=True)
     trash.write_text("in the way")
-    tavelle.add("Waves", color_page("#000"))
-    (tavelle.home / "Library/Logs").mkdir(parents=True)
-    done = tavelle.run("--delete-wallpaper", "Waves", DISPLAY="")
+    tavelle.play(color_page("#000"))
+    done = tavelle.run("--delete-wallpaper", "Own", DISPLAY="")
     assert (done.returncode, done.stdout) == (0, "failed\n")
-    assert tavelle.found("couldn't delete Waves: .+")
-    assert (tavelle.library / "Waves/index.html").exists()
+    tavelle.act("delete", GLib.Variant("s", "Own"))
+    view.wait_for_focus("Tavelle")
+    view.press(XK.XK_Return)
+    tavelle.wait("couldn't delete Own: .+", count=2)
+    view.wait_for_focus("Tavelle")
+    view.press(XK.XK_Return)
+    wait_until(lambda: not view.named("Tavelle"), 20, "the alert to go")
+    assert (tavelle.library / "Own/index.html").exists()

@@ -64,18 +64,6 @@ def test_what_is_chosen_by_keyboard_plays(tavelle, view, tmp_path):
     assert len(tavelle.found("added ")) == 2
 
 
-def test_an_alert_tells_what_could_not_be_added(tavelle, view, tmp_path):
-    start_choosing_in(tavelle, tmp_path / "in")
-    (tmp_path / "in/page.html").write_text(color_page("#000080"))
-    tavelle.library.rename(tavelle.home / "moved away")
-    tavelle.library.write_text("")
-    choose_all(tavelle, view)
-    tavelle.wait("couldn't add page.html: .*Not a directory")
-    view.wait_for_focus("Tavelle")
-    view.press(XK.XK_Return)
-    wait_until(lambda: not view.named("Tavelle"), 20, "the alert to go")
-
-
 class Portal(BusService):
     """The desktop's own chooser, for programs that ask for it. Nobody ever answers there."""
 

@@ -61,16 +61,6 @@ def test_wallpaper_lies_below_windows_on_both_outputs(desktop, tavelle, view, wi
     assert "screen 2: 0.0% covered" in tavelle.run("--coverage").stdout
 
 
-def test_rests_where_windows_cover_the_output(desktop, tavelle, window):
-    tavelle.play(BLUE_PAGE)
-    desktop.do("focus output X11-2")
-    window("red")
-    tavelle.wait("desktop covered on screen 1: paused")
-    tavelle.wait("page: pause")
-    desktop.do("workspace elsewhere")
-    tavelle.wait("desktop visible on screen 1: playing")
-
-
 def test_menu(desktop, tavelle, view, window):
     for number in range(12):
         tavelle.add(f"Wallpaper {number}", TALKING)

@@ -6,20 +6,6 @@ from sway import SwayDesktop
 from test_coverage import FIRST, SECOND, expect
 
 MONITORS = "HEADLESS-1 0 0 1280 720 HEADLESS-2 1280 0 1280 720"
-PANEL = """
-import gi
-gi.require_version("Gtk", "3.0")
-gi.require_version("GtkLayerShell", "0.1")
-from gi.repository import Gtk, GtkLayerShell
-panel = Gtk.Window()
-GtkLayerShell.init_for_window(panel)
-for edge in (GtkLayerShell.Edge.TOP, GtkLayerShell.Edge.LEFT, GtkLayerShell.Edge.RIGHT):
-    GtkLayerShell.set_anchor(panel, edge, True)
-panel.set_size_request(-1, 30)
-GtkLayerShell.auto_exclusive_zone_enable(panel)
-panel.show_all()
-Gtk.main()
-"""
 
 
 @pytest.fixture(name="desktop")
@@ -55,7 +41,7 @@ def test_sway_tells_where_windows_are(tavelle, desktop):
 
 
 def test_what_a_panel_leaves_is_what_counts(tavelle, desktop):
-    desktop.start(["/usr/bin/python3", "-c", PANEL])
+    desktop.start(["swaybar", "-b", "panel"])
     areas = [(0, 30, 1280, 690), SECOND]
     wait_until(lambda: any(each["rect"]["y"] == 30 for each in desktop.ask(kind="get_workspaces")), 20, "the panel")
     desktop.open("a")
