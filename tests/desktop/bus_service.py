@@ -8,12 +8,14 @@ from session import connect
 
 class BusService:
     """A name on the session bus, with the same object at each path. Use as a context manager, in which a thread answers
-    calls by `called`, which is overridden, and questions for properties by `properties`."""
+    calls by `called`, and questions for properties by `properties`."""
 
     properties = {}
+    answer = None
 
     def __init__(self, desktop, name, interface, *paths):
         self._name = name
+        self.calls = []
         self.bus = connect(desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
         self._context = GLib.MainContext.new()
         self._loop = GLib.MainLoop.new(self._context, False)
@@ -37,9 +39,10 @@ class BusService:
         self._thread.join()
         self.bus.close_sync()
 
-    def called(self, sender, arguments, call):
+    def called(self, _sender, arguments, call):
         """Answers a call of the only method; in the service's thread."""
-        raise NotImplementedError
+        self.calls.append(arguments)
+        call.return_value(self.answer)
 
     def _called(self, _bus, sender, _path, _interface, _method, arguments, call):
         self.called(sender, arguments.unpack(), call)

@@ -71,13 +71,11 @@ class Portal(BusService):
 
     def __init__(self, desktop):
         super().__init__(desktop, "org.freedesktop.portal.Desktop", PORTAL, "/org/freedesktop/portal/desktop")
-        self.asked = []
 
     def called(self, sender, arguments, call):
-        self.asked.append(arguments)
-        token = arguments[2]["handle_token"]
-        request = f"/org/freedesktop/portal/desktop/request/{sender[1:].replace('.', '_')}/{token}"
-        call.return_value(GLib.Variant("(o)", (request,)))
+        caller, token = sender[1:].replace(".", "_"), arguments[2]["handle_token"]
+        self.answer = GLib.Variant("(o)", (f"/org/freedesktop/portal/desktop/request/{caller}/{token}",))
+        super().called(sender, arguments, call)
 
 
 def test_the_portal_is_asked_where_it_is_wanted_and_keeps_no_program(desktop, tavelle):
@@ -86,7 +84,7 @@ def test_the_portal_is_asked_where_it_is_wanted_and_keeps_no_program(desktop, ta
         tavelle.start(GTK_USE_PORTAL="1")
         tavelle.wait("launched")
         tavelle.act("add")
-        _parent, title, options = wait_until(lambda: portal.asked, 20, "the portal to be asked")[0]
+        _parent, title, options = wait_until(lambda: portal.calls, 20, "the portal to be asked")[0]
         assert title == CHOOSER and options["accept_label"] == "Add" and options["multiple"]
         assert {name for _kind, name in options["filters"][0][1]} >= {"video/*", "image/*", "text/html"}
         assert tavelle.stop() == 0

@@ -43,7 +43,7 @@ def test_it_takes_whatever_comes(desktop, tavelle, menu, view, request):
     tavelle.store()
     tavelle.start()
     with Watcher(desktop, host=False) as watcher:
-        wait_until(lambda: watcher.items, PATIENCE, "the registration")
+        wait_until(lambda: watcher.calls, PATIENCE, "the registration")
         request.getfixturevalue("trayer")
         [icon] = wait_until(lambda: embedded(view), PATIENCE, "the icon in the X tray, as the bus has none to show it")
         assert icon.get_full_property(view.atom("_NET_WM_NAME"), 0).value == b"Tavelle"
@@ -53,7 +53,7 @@ def test_it_takes_whatever_comes(desktop, tavelle, menu, view, request):
 
         watcher.set_host(True)
         wait_until(lambda: not embedded(view), PATIENCE, "the icon to move to the bus")
-        assert len(watcher.items) == 1
+        assert len(watcher.calls) == 1
         # A menu that opened too often would be closed by the next that should open it.
         for method, place, opens_at in (("ContextMenu", (70, 80), (70, 81)), ("SecondaryActivate", (9, 9), None),
                                         ("Scroll", (1, "vertical"), None), ("Activate", (0, 0), (70, 81)),

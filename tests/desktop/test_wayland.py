@@ -70,7 +70,7 @@ def test_menu(desktop, tavelle, view, window):
     with Watcher(desktop, host=True) as panel:
         tavelle.start()
         tavelle.wait("loaded", count=2)
-        wait_until(lambda: panel.items, 20, "the icon")
+        wait_until(lambda: panel.calls, 20, "the icon")
 
         def open_menu(x, y):
             panel.call("Activate", GLib.Variant("(ii)", (x, y)))

@@ -93,18 +93,13 @@ class Watcher(BusService):
     def __init__(self, desktop, host):
         super().__init__(desktop, WATCHER, WATCHER_XML, "/StatusNotifierWatcher")
         self.properties = {"IsStatusNotifierHostRegistered": GLib.Variant("b", host)}
-        self.items = []
-
-    def called(self, _sender, arguments, call):
-        self.items.append(arguments[0])
-        call.return_value(None)
 
     def set_host(self, host):
         self.properties = {"IsStatusNotifierHostRegistered": GLib.Variant("b", host)}
         self.bus.emit_signal(None, "/StatusNotifierWatcher", WATCHER, "StatusNotifierHostRegistered", None)
 
     def call(self, method, arguments, interface="org.kde.StatusNotifierItem"):
-        return self.bus.call_sync(self.items[-1], "/StatusNotifierItem", interface, method, arguments, None, 0, -1, None)
+        return self.bus.call_sync(*self.calls[-1], "/StatusNotifierItem", interface, method, arguments, None, 0, -1, None)
 
     def item_properties(self):
         return self.call("GetAll", GLib.Variant("(s)", ("org.kde.StatusNotifierItem",)),
