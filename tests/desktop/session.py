@@ -24,6 +24,7 @@ from virtual_desktop import Session, VirtualDesktop, descendants, end, wait_unti
 
 # Far more than anything takes, even on a busy machine: only a failing test waits so long.
 PATIENCE = 60
+FIRST, SECOND = (0, 0, 1280, 720), (1280, 0, 1280, 720)  # the monitors
 STAMP = re.compile(r"^\d{4}-\d\d-\d\d \d\d:\d\d:\d\d \+0000 ", re.MULTILINE)
 HEAD = """<!doctype html><meta charset="utf-8"><title>page</title><script>
 const say = text => window.webkit.messageHandlers.log.postMessage(String(text));
@@ -72,6 +73,12 @@ class XView:
 
     def colors(self, *place):
         return set(self.pixels(*place))
+
+    def wait_for(self, color, *places):
+        """Waits until nothing but the colour is seen at the places."""
+        for place in places:
+            wait_until(lambda: self.colors(*place) == {color}, 30,
+                       lambda: f"{color:06x} on {place}; there is {[f'{each:06x}' for each in self.colors(*place)][:9]}")
 
     def windows(self, parent=None):
         """All windows there are, from the lowest to the highest, children after their parents."""

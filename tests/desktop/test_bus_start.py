@@ -49,7 +49,7 @@ def test_a_start_by_the_bus_is_an_ordinary_one(bus, tavelle, view, way):
     WAYS[way](bus)
     tavelle.wait("loaded: ")
     color = 0x604020 if way == "a command" else 0x204060
-    wait_until(lambda: view.colors(100, 100, 50, 50) == {color}, 20, "the wallpaper")
+    view.wait_for(color, (100, 100, 50, 50))
     tavelle.wait("measured")  # nothing else comes after a launch
     assert len(tavelle.found("launched")) == 1 and not view.named("How to Use Tavelle")
     bus.activate()

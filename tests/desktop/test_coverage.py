@@ -4,10 +4,8 @@ import contextlib
 import time
 
 import pytest
-from session import wait_until
+from session import FIRST, SECOND, wait_until
 from Xlib.error import BadWindow
-
-FIRST, SECOND = (0, 0, 1280, 720), (1280, 0, 1280, 720)
 
 
 def share(area, rects):

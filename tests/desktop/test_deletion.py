@@ -3,7 +3,7 @@
 import subprocess
 import urllib.parse
 
-from session import color_page, wait_until
+from session import FIRST, SECOND, color_page, wait_until
 from gi.repository import GLib
 from Xlib import XK
 
@@ -37,8 +37,7 @@ def test_the_question_is_answered_by_keyboard(tavelle, view, desktop):
     tavelle.wait("showing Next")
     stored = tavelle.stored()
     assert (stored["wallpaper"], stored["recentWallpapers"]) == ("Next", ["Next"])
-    for place in [(0, 0, 1280, 720), (1280, 0, 1280, 720)]:
-        wait_until(lambda: view.colors(*place) == {0x000080}, 20, "the next wallpaper")
+    view.wait_for(0x000080, FIRST, SECOND)
     # And back again.
     trashed(tavelle)[str(tavelle.library / "Own")].rename(tavelle.library / "Own")
     tavelle.show("Own")

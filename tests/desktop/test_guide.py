@@ -175,9 +175,10 @@ def test_the_page_cannot_be_left_and_links_open_in_the_browser(tavelle, guide, v
     tavelle.play(PAGE)
     tavelle.act("how-to-use")
     view.wait_for_focus(TITLE)
-    wait_until(lambda: view.colors(*guide.at((0, 100)), 700, 500) == {0x008800}, 20, "the page")
+    page = (*guide.at((0, 100)), 700, 500)
+    view.wait_for(0x008800, page)
     for number, lines in enumerate([1, 1, 2]):
         guide.click((300, 50 + 100 * number))
         wait_until(lambda: opened.exists() and opened.read_text().count("\n") == lines, 20, "the browser")
     assert opened.read_text() == "https://example.org/a\nhttps://example.org/b\n"
-    assert view.colors(*guide.at((0, 100)), 700, 500) == {0x008800}
+    assert view.colors(*page) == {0x008800}

@@ -4,7 +4,7 @@ import subprocess
 
 from bus_service import BusService
 from gi.repository import GLib
-from session import color_page, wait_until
+from session import FIRST, SECOND, color_page, wait_until
 from Xlib import XK
 
 CHOOSER = "Add Wallpaper"
@@ -51,7 +51,7 @@ def test_what_is_chosen_by_keyboard_plays(tavelle, view, tmp_path):
     (tmp_path / "in/no wallpaper.txt").write_text("Dear diary")
     choose_all(tavelle, view)
     tavelle.wait("showing red")
-    for place in [(0, 0, 1280, 720), (1280, 0, 1280, 720)]:
+    for place in (FIRST, SECOND):
         wait_until(lambda: all(map(is_red, view.colors(*place))), 30, "the video")
     assert {each.name for each in tavelle.library.iterdir()} == {"Own", "page", "red"}
     assert sorted(each.name for each in (tavelle.library / "red").iterdir()) == ["index.html", "still.jpg", "video.mp4"]

@@ -5,7 +5,7 @@ import os
 import signal
 
 import pytest
-from session import SAMPLES, STAMP, TALKING, color_page, descendants, lives, wait_until
+from session import FIRST, SAMPLES, SECOND, STAMP, TALKING, color_page, descendants, lives, wait_until
 
 GREEN = color_page("#008000")
 NAMES = ["it's \"so\"", "100%", "a%2e%2Fb", "a#b", "what?", "a\\b:+&", "new\nline", " edge ", "<b>", "Straße é"]
@@ -38,7 +38,7 @@ def test_empty_library_shows_nothing_until_something_is_chosen(tavelle, view):
     tavelle.add("New", GREEN)
     tavelle.show("New")
     tavelle.wait("loaded: ", count=2)
-    wait_until(lambda: view.colors(0, 0, 2560, 720) == {0x008000}, 20, "the wallpaper on both screens")
+    view.wait_for(0x008000, FIRST, SECOND)
     assert list(tavelle.library.iterdir()) == [tavelle.library / "New"]
 
 
@@ -49,10 +49,10 @@ def test_plays_where_it_may_write_nothing(tavelle, view, in_the_way):
     (tavelle.home / in_the_way).parent.mkdir(exist_ok=True)
     (tavelle.home / in_the_way).write_text("")
     tavelle.start()
-    wait_until(lambda: view.places_in_sight() and view.colors(0, 0, 2560, 720), 30, "the windows")
+    wait_until(view.places_in_sight, 30, "the windows")
     tavelle.show("Own")
     # Above the tutorial, which comes up at every start where nobody can remember that it has been shown.
-    wait_until(lambda: view.colors(0, 0, 2560, 50) == {0x008000}, 30, "the wallpaper on both screens")
+    view.wait_for(0x008000, (0, 0, 2560, 50))
     if in_the_way == ".config/tavelle":
         assert tavelle.found("settings: couldn't save")
 

@@ -76,7 +76,7 @@ def test_page_is_loaded_again_as_it_was_after_a_crash_and_when_it_has_locked_up(
 def test_page_that_is_busy_is_waited_for(tavelle):
     tavelle.play(TALKING + """<script>window.wallpaper.play = () => setTimeout(() => {
         say('busy');
-        const end = performance.now() + 15000;
+        const end = performance.now() + 12000;
         while (performance.now() < end);
         say('done');
     }, 100)</script>""")
@@ -98,7 +98,7 @@ def test_page_that_waits_for_a_server_is_waited_for(tavelle):
         }}, 500)</script>""")
         connection, _ = server.accept()
         with pytest.raises(TimeoutError):
-            tavelle.wait("web content process ended", seconds=15)
+            tavelle.wait("web content process ended", seconds=12)
         connection.close()
         tavelle.wait("page: waited")
 

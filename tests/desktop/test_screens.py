@@ -3,9 +3,7 @@
 import os
 
 import pytest
-from session import color_page, wait_until
-
-FIRST, SECOND = (0, 0, 1280, 720), (1280, 0, 1280, 720)
+from session import FIRST, SECOND, color_page, wait_until
 
 
 @pytest.fixture(name="playing")
@@ -27,8 +25,7 @@ def test_windows_follow_the_monitors(playing, desktop, view):
         change()
         assert playing.wait(r"showing on (\d+) display", count=number)[1] == str(len(places))
         wait_until(lambda: view.places_in_sight() == places, 20, f"windows on {places}")
-        for place in places:
-            wait_until(lambda: view.colors(*place) == {0x008000}, 20, f"the page on {place}")
+        view.wait_for(0x008000, *places)
     assert len(view.wallpapers()) == 2
 
 

@@ -36,8 +36,8 @@ def fixture_view(screen):
 
 def wait_for(view, *expected):
     """Waits for colours at places, each as (x, y, colour)."""
-    wait_until(lambda: all(view.colors(x, y, 1, 1) == {color} for x, y, color in expected), 20,
-               lambda: f"{expected}; there is {[view.colors(x, y, 1, 1) for x, y, _ in expected]}")
+    for x, y, color in expected:
+        view.wait_for(color, (x, y, 1, 1))
 
 
 @pytest.fixture(name="window")
@@ -55,6 +55,7 @@ def test_wallpaper_lies_below_windows_on_both_outputs(desktop, tavelle, view, wi
     wait_for(view, (0, 0, BLUE), (1279, 719, BLUE), (1280, 0, BLUE), (2559, 719, BLUE))
     desktop.do("focus output X11-1")
     window("red")
+    wait_for(view, (1279, 719, RED))  # its first picture would bring the size of its tile back
     desktop.do('[app_id="red"] floating enable, resize set 400 300, move position 100 100')
     wait_for(view, (90, 90, BLUE), (150, 380, RED), (510, 300, BLUE))
     assert "Tavelle wallpaper" not in str(desktop.windows())

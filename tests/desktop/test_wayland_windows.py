@@ -1,9 +1,9 @@
 """What hides the desktop of a Wayland compositor, as the program tells it, on each way of asking the compositor."""
 
 import pytest
-from session import Tavelle, wait_until
+from session import FIRST, SECOND, Tavelle, wait_until
 from sway import SwayDesktop
-from test_coverage import FIRST, SECOND, expect
+from test_coverage import expect
 
 MONITORS = "HEADLESS-1 0 0 1280 720 HEADLESS-2 1280 0 1280 720"
 

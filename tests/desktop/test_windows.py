@@ -1,25 +1,20 @@
 """Where the wallpaper is on the screen: on all of it, behind everything, and in nobody's way."""
 
-from session import HEAD, Tavelle, VirtualDesktop, X, XView, color_page, wait_until
+from session import FIRST, HEAD, SECOND, Tavelle, VirtualDesktop, X, XView, color_page, wait_until
 
-PLACES = [(0, 0, 1280, 720), (1280, 0, 1280, 720)]
 GREEN, YELLOW, BLUE = 0x008000, 0xFFFF00, 0x000080
 RING = HEAD + "<body style='background:#008000;margin:0'><div style='position:fixed;inset:0;border:1px solid #f00'>"
 SLOW = HEAD + """<script>const end = performance.now() + 1500; while (performance.now() < end); say('slow')</script>
 <body style="background:#008000">"""
 
 
-def sees(view, color, x, y):
-    return lambda: view.colors(x, y, 1, 1) == {color}
-
-
 def test_both_screens_are_painted_to_the_last_pixel(tavelle, view):
     tavelle.play(RING)
     ring, inside = [0xFF0000], [0x008000]
     expected = ring * 1280 + (ring + inside * 1278 + ring) * 718 + ring * 1280
-    for place in PLACES:
+    for place in (FIRST, SECOND):
         wait_until(lambda: view.pixels(*place) == expected, 20, f"the page on {place}")
-    assert view.places_in_sight() == PLACES
+    assert view.places_in_sight() == [FIRST, SECOND]
     # What a window manager takes for the desktop.
     for window in view.wallpapers():
         assert view.property(window, "_NET_WM_WINDOW_TYPE") == [view.atom("_NET_WM_WINDOW_TYPE_DESKTOP")]
@@ -51,10 +46,10 @@ def test_stays_below_windows_and_takes_no_focus(tavelle, view):
     before = view.open_window(100, 100, 300, 200, YELLOW)
     wait_until(lambda: view.property(view.root, "_NET_ACTIVE_WINDOW") == [before.id], 20, "the focus")
     tavelle.play(color_page("#008000"))
-    wait_until(sees(view, GREEN, 600, 600), 20, "the wallpaper")
+    view.wait_for(GREEN, (600, 600, 1, 1))
     assert view.property(view.root, "_NET_ACTIVE_WINDOW") == [before.id]
     view.open_window(1400, 100, 300, 200, YELLOW)
-    wait_until(sees(view, YELLOW, 1500, 200), 20, "the window opened later")
+    view.wait_for(YELLOW, (1500, 200, 1, 1))
     assert view.colors(200, 200, 1, 1) == {YELLOW}
     wallpapers = {each.id for each in view.wallpapers()}
     assert set(view.property(view.root, "_NET_CLIENT_LIST_STACKING")[:2]) == wallpapers
@@ -76,7 +71,7 @@ def test_clicks_go_through_to_what_lies_below(tavelle, view):
     tavelle.play(color_page("#008000"))
     below.configure(stack_mode=X.Below)
     for x, y in [(700, 500), (1900, 300)]:
-        wait_until(sees(view, GREEN, x, y), 20, "the wallpaper above the window below")
+        view.wait_for(GREEN, (x, y, 1, 1))
         view.click((x, y))
         press = wait_until(lambda: next_press(view), 10, "the click")
         assert (press.window.id, press.root_x, press.root_y) == (below.id, x, y)
@@ -90,8 +85,8 @@ def test_lies_lowest_without_a_window_manager(tmp_path):
         tavelle = Tavelle(desktop, tmp_path)
         try:
             tavelle.play(color_page("#008000"))
-            wait_until(sees(view, GREEN, 600, 600), 20, "the wallpaper")
-            assert view.places_in_sight() == PLACES[:1]
+            view.wait_for(GREEN, (600, 600, 1, 1))
+            assert view.places_in_sight() == [FIRST]
             # As the program asked for it: a window manager keeps of these what it knows.
             assert set(view.property(view.wallpapers()[0], "_NET_WM_STATE")) >= {
                 view.atom(f"_NET_WM_STATE_{each}") for each in ("STICKY", "BELOW", "SKIP_TASKBAR", "SKIP_PAGER")}
