@@ -9,8 +9,7 @@
 #include "fakes/fake_main_loop.h"
 #include "menu/scroll_view.h"
 #include "menu/wallpaper_list_view.h"
-#include "platform/linux/drawing/cairo_bitmaps.h"
-#include "platform/linux/drawing/drawing_handles.h"
+#include "platform/linux/drawing/cairo_canvas.h"
 #include "platform/pending_calls.h"
 
 namespace tavelle {

@@ -15,7 +15,7 @@
 #include "menu/menu_row.h"
 #include "menu/wallpaper_list_view.h"
 #include "model/controller.h"
-#include "platform/bitmaps.h"
+#include "platform/canvas.h"
 #include "platform/files.h"
 #include "platform/pending_calls.h"
 #include "platform/platform.h"

@@ -9,7 +9,6 @@
 #include "model/settings_keys.h"
 #include "platform/user_defaults.h"
 #include "playback/page_scripts.h"
-#include "playback/script_value.h"
 
 namespace tavelle {
 namespace {

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "platform/web_view.h"
 #include "playback/frame_settings.h"
 
 namespace tavelle {
@@ -31,5 +33,11 @@ std::string applyScript(const FrameSettings& settings);
 
 /// What runs in every page before its own scripts, in this order, with `settings` in force from the start.
 std::vector<std::string> pageScripts(const FrameSettings& settings);
+
+/// The value as text for the event log: a text as it stands, numbers as the page writes them, "nil" for none.
+std::string scriptText(const ScriptValue& value);
+
+/// The numbers of an array that holds nothing else; none when it is no such array.
+std::optional<std::vector<double>> scriptNumbers(const ScriptValue& value);
 
 }  // namespace tavelle

@@ -1,6 +1,5 @@
 #include "model/controller.h"
 #include "playback/page_scripts.h"
-#include "playback/script_value.h"
 
 namespace tavelle {
 namespace {

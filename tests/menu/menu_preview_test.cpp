@@ -9,8 +9,7 @@
 #include "fakes/temporary_folder.h"
 #include "menu/menu_row.h"
 #include "model/controller.h"
-#include "platform/linux/drawing/cairo_bitmaps.h"
-#include "platform/linux/drawing/drawing_handles.h"
+#include "platform/linux/drawing/cairo_canvas.h"
 
 namespace tavelle {
 namespace {

@@ -10,7 +10,7 @@
 #include "base/text.h"
 #include "platform/alerts.h"
 #include "platform/application.h"
-#include "platform/bitmaps.h"
+#include "platform/canvas.h"
 #include "platform/desktop_picture.h"
 #include "platform/guide_window.h"
 #include "platform/linux/standard_paths.h"

@@ -16,7 +16,7 @@
 #include "menu/menu_preview.h"
 #include "model/controller.h"
 #include "platform/application.h"
-#include "platform/bitmaps.h"
+#include "platform/canvas.h"
 #include "platform/files.h"
 #include "platform/linux/autostart_entry.h"
 #include "platform/linux/child_processes.h"

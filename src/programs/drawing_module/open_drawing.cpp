@@ -1,4 +1,4 @@
-#include "platform/linux/drawing/cairo_bitmaps.h"
+#include "platform/linux/drawing/cairo_canvas.h"
 #include "platform/linux/modules.h"
 
 extern "C" [[gnu::visibility("default")]] std::unique_ptr<tavelle::Bitmaps> tavelleOpenDrawing();

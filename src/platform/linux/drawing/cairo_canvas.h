@@ -1,11 +1,21 @@
 #pragma once
 
+#include <cairo.h>
+#include <pango/pango.h>
+
+#include <memory>
 #include <optional>
 
 #include "platform/canvas.h"
-#include "platform/linux/drawing/drawing_handles.h"
+#include "platform/linux/handles.h"
 
 namespace tavelle {
+
+using CairoSurfacePtr = std::unique_ptr<cairo_surface_t, FreeWith<cairo_surface_destroy>>;
+using CairoPtr = std::unique_ptr<cairo_t, FreeWith<cairo_destroy>>;
+using CairoFontOptionsPtr = std::unique_ptr<cairo_font_options_t, FreeWith<cairo_font_options_destroy>>;
+using PangoFontDescriptionPtr = std::unique_ptr<PangoFontDescription, FreeWith<pango_font_description_free>>;
+using PangoFontMetricsPtr = std::unique_ptr<PangoFontMetrics, FreeWith<pango_font_metrics_unref>>;
 
 /// Draws with Cairo, and text with Pango. A point is a unit of the Cairo context's space as it is when the canvas is
 /// made: a scale or a surface's device scale gives more pixels a point.
@@ -35,6 +45,12 @@ class CairoCanvas final : public Canvas {
   /// What the layout is set to: menus take one font for all.
   std::optional<TextFont> font_;
   FontMetrics metrics_;
+};
+
+/// Pictures that Cairo draws, the text smoothed in greys as for any screen.
+class CairoBitmaps final : public Bitmaps {
+ public:
+  std::unique_ptr<Bitmap> make(double width, double height, double scale) override;
 };
 
 }  // namespace tavelle

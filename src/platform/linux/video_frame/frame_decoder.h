@@ -3,7 +3,7 @@
 #include <gst/video/video.h>
 
 #include "base/result.h"
-#include "platform/linux/video_frame/gst_handles.h"
+#include "platform/linux/video_frame/pipeline.h"
 
 namespace tavelle {
 
