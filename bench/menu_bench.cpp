@@ -7,7 +7,6 @@
 #include <string>
 
 #include "fakes/fake_main_loop.h"
-#include "menu/scroll_view.h"
 #include "menu/wallpaper_list_view.h"
 #include "platform/linux/drawing/cairo_canvas.h"
 #include "platform/pending_calls.h"

@@ -1,12 +1,20 @@
 #include "menu/view.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "platform/canvas.h"
 
 namespace tavelle {
 namespace {
+
+constexpr double knobWidth = 6;
+/// Between the knob's track and the edges of the view.
+constexpr double knobMargin = 2;
+/// Long libraries leave a knob that can still be caught.
+constexpr double shortestKnob = 24;
+constexpr double knobStrength = 0.5;
 
 Rect moved(const Rect& area, double x, double y) { return {area.x + x, area.y + y, area.width, area.height}; }
 
@@ -90,6 +98,98 @@ Rect View::convert(Rect area, const View& ancestor) const {
 Point View::convertFrom(const View& ancestor, const Point& point) const {
   const Rect origin = convert({}, ancestor);
   return {point.x - origin.x, point.y - origin.y};
+}
+
+// --- The box that scrolls
+
+class ScrollView::Scroller final : public View {
+ public:
+  explicit Scroller(ScrollView& scrolled) : View({}), scrolled_(scrolled) {}
+
+  void setOpacity(double opacity) {
+    opacity_ = std::clamp(opacity, 0.0, 1.0);
+    setNeedsDisplay();
+  }
+
+  View* hitTest(const Point& point) override { return opacity_ > 0 ? View::hitTest(point) : nullptr; }
+  void mouseDown(const Point& point) override { grip_ = point.y; }
+  void mouseDragged(const Point& point) override {
+    const double track = scrolled_.bounds().height - 2 * knobMargin - frame().height;
+    if (!grip_ || track <= 0) return;
+    const double top = frame().y + point.y - *grip_ - knobMargin;
+    scrolled_.scrollTo(top / track * scrolled_.maximumOffset());
+  }
+  void mouseUp(const Point& /*point*/) override { grip_.reset(); }
+
+ private:
+  void draw(Canvas& canvas, const MenuTheme& theme) const override {
+    if (opacity_ <= 0) return;
+    Color color = theme.label;
+    color.opacity *= knobStrength * opacity_;
+    canvas.fillRoundedRect(bounds(), knobWidth / 2, color);
+  }
+
+  ScrollView& scrolled_;
+  double opacity_ = 0;
+  /// Where the knob was caught, from its own top.
+  std::optional<double> grip_;
+};
+
+ScrollView::ScrollView(const Rect& frame, Autoresizing autoresizing) : View(frame, autoresizing) {}
+
+void ScrollView::setDocument(std::shared_ptr<View> document) {
+  document_ = &addSubview(std::move(document));
+  scroller_ = &addSubview(std::make_shared<Scroller>(*this));
+  placeScroller();
+}
+
+double ScrollView::offset() const { return document_ ? -document_->frame().y : 0; }
+
+double ScrollView::maximumOffset() const {
+  return document_ ? std::max(0.0, document_->frame().height - bounds().height) : 0;
+}
+
+bool ScrollView::scrollTo(double offset) {
+  const double reached = std::clamp(offset, 0.0, maximumOffset());
+  if (!document_ || reached == this->offset()) return false;
+  Rect place = document_->frame();
+  place.y = -reached;
+  document_->setFrame(place);
+  placeScroller();
+  setNeedsDisplay();
+  tellScrolled();
+  return true;
+}
+
+void ScrollView::scrollToVisible(const Rect& area) {
+  if (area.y < offset()) {
+    scrollTo(area.y);
+  } else if (area.maxY() > offset() + bounds().height) {
+    scrollTo(area.maxY() - bounds().height);
+  }
+}
+
+void ScrollView::setScrollerOpacity(double opacity) {
+  if (scroller_) scroller_->setOpacity(opacity);
+}
+
+Rect ScrollView::scrollerKnob() const {
+  const double furthest = maximumOffset();
+  if (furthest <= 0) return {};
+  const double track = bounds().height - 2 * knobMargin;
+  const double length = std::min(track, std::max(shortestKnob, track * bounds().height / document_->frame().height));
+  return {bounds().width - knobMargin - knobWidth, knobMargin + (track - length) * offset() / furthest, knobWidth,
+          length};
+}
+
+void ScrollView::placeScroller() {
+  if (scroller_) scroller_->setFrame(scrollerKnob());
+}
+
+void ScrollView::setFrame(const Rect& frame) {
+  View::setFrame(frame);
+  scrollTo(offset());
+  placeScroller();
 }
 
 }  // namespace tavelle

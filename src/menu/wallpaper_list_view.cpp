@@ -4,7 +4,6 @@
 #include <string>
 #include <utility>
 
-#include "menu/scroll_view.h"
 #include "platform/pending_calls.h"
 
 namespace tavelle {

@@ -12,7 +12,12 @@
 namespace tavelle {
 
 class PendingCalls;
-class ScrollView;
+
+/// Plain content of a scroll view.
+class FlippedView final : public View {
+ public:
+  using View::View;
+};
 
 /// What the list needs of the open menu that it is an item of.
 class EnclosingMenu {

@@ -6,7 +6,6 @@
 #include <string>
 
 #include "fakes/fake_main_loop.h"
-#include "menu/scroll_view.h"
 #include "platform/pending_calls.h"
 
 namespace tavelle {

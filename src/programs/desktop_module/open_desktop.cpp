@@ -4,7 +4,7 @@
 
 #include "platform/linux/display/connect_to_display.h"
 #include "platform/linux/menu/gtk_status_items.h"
-#include "platform/linux/menu/icon_names.h"
+#include "platform/linux/menu/program_icon.h"
 #include "platform/linux/modules.h"
 #include "platform/linux/picture/announced_picture.h"
 #include "platform/linux/picture/linux_desktop_picture.h"

@@ -5,7 +5,7 @@
 #include <memory>
 #include <utility>
 
-#include "platform/linux/menu/icon_names.h"
+#include "platform/linux/menu/program_icon.h"
 
 // Deprecated in favour of the session bus, and still the toolkit's own way into trays that are not on the bus.
 G_GNUC_BEGIN_IGNORE_DEPRECATIONS

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "platform/linux/menu/gtk_status_menu.h"
-#include "platform/linux/menu/menu_style.h"
+#include "platform/linux/menu/menu_items.h"
 #include "platform/linux/menu/tray_icon.h"
 
 namespace tavelle {

@@ -3,21 +3,19 @@
 // gtkmm has to come before the macros of X11.
 // clang-format off
 #include <glibmm/main.h>
-#include <gtkmm/checkmenuitem.h>
-#include <gtkmm/label.h>
-#include <gtkmm/separatormenuitem.h>
 #include <gtkmm/window.h>
 #include <gdk/gdkkeysyms.h>
 #include <gdk/gdkx.h>
+#include <gtk-layer-shell.h>
 // clang-format on
 
-#include <algorithm>
+#include <functional>
 #include <memory>
+#include <utility>
 
 #include "platform/linux/handles.h"
 #include "platform/linux/menu/list_menu_item.h"
-#include "platform/linux/menu/menu_anchor.h"
-#include "platform/linux/menu/menu_style.h"
+#include "platform/linux/menu/menu_items.h"
 #include "platform/linux/toolkit/gdk_screens.h"
 
 namespace tavelle {
@@ -26,6 +24,9 @@ namespace {
 /// A panel lets go of the pointer when the button that was pressed on it is released, or some frames later.
 constexpr unsigned retryMilliseconds = 40;
 constexpr int maxAttempts = 50;
+
+/// How long the keyboard may take to come. There may be none.
+constexpr unsigned keyboardPatience = 200;  // ms
 
 using EventPtr = std::unique_ptr<GdkEvent, FreeWith<gdk_event_free>>;
 
@@ -63,78 +64,64 @@ bool isCountedFromIcon(const Gdk::Rectangle& place) {
   return place.get_x() < largestIcon && place.get_y() < largestIcon;
 }
 
-std::unique_ptr<Gtk::MenuItem> makeItem(const MenuItem& item);
+}  // namespace
 
-/// A submenu whose items come as they are needed: there may be one for each of thousands of wallpapers, and the toolkit
-/// takes seconds for so many.
-class Submenu final : public Gtk::Menu {
+/// A point of a Wayland compositor's screen for a menu to open beside: a surface of one pixel on the topmost layer,
+/// which has the keyboard while it is there. It takes no room from anything. Main thread only.
+class GtkStatusMenu::Anchor {
  public:
-  /// `items` must outlive this.
-  explicit Submenu(const MenuItems& items) : items_(items) {
-    useMenuStyle(*this);
-    signal_map().connect([this] {
-      adding_ = Glib::signal_timeout().connect([this] { return add(furtherItems); }, furtherMilliseconds);
-    });
-    signal_unmap().connect([this] { adding_.disconnect(); });
-  }
-  Submenu(const Submenu&) = delete;
-  Submenu& operator=(const Submenu&) = delete;
-  ~Submenu() override { adding_.disconnect(); }
+  /// On `monitor`, `left` and `top` logical pixels from its corner. `ready` is called once on the main loop, when the
+  /// surface is on screen and has the keyboard: a menu that opens earlier would never get it.
+  Anchor(GdkMonitor* monitor, int left, int top, std::function<void()> ready);
+  Anchor(const Anchor&) = delete;
+  Anchor& operator=(const Anchor&) = delete;
+  ~Anchor();
 
-  /// Before it opens: as many as the highest screen shows.
-  void prepare() {
-    if (added_ == 0) add(firstItems);
-  }
+  /// For a menu to be its popup.
+  GdkWindow* surface() { return window_.get_window()->gobj(); }
 
  private:
-  static constexpr std::size_t firstItems = 120;
-  static constexpr std::size_t furtherItems = 20;
-  static constexpr unsigned furtherMilliseconds = 15;
+  void tell();
 
-  /// Whether there are more to add.
-  bool add(std::size_t count) {
-    for (const std::size_t end = std::min(items_.size(), added_ + count); added_ < end; ++added_) {
-      auto* const item = Gtk::manage(makeItem(items_[added_]).release());
-      append(*item);
-      item->show_all();
-    }
-    return added_ < items_.size();
-  }
-
-  const MenuItems& items_;
-  std::size_t added_ = 0;
-  sigc::connection adding_;
+  std::function<void()> ready_;
+  Gtk::Window window_;
+  sigc::connection patience_;
 };
 
-std::unique_ptr<Gtk::MenuItem> makeItem(const MenuItem& item) {
-  if (item.kind == MenuItem::Kind::separator) return std::make_unique<Gtk::SeparatorMenuItem>();
-  std::unique_ptr<Gtk::MenuItem> made;
-  if (item.checked) {
-    auto check = std::make_unique<Gtk::CheckMenuItem>(item.title);
-    check->set_active(*item.checked);
-    made = std::move(check);
-  } else {
-    made = std::make_unique<Gtk::MenuItem>(item.title);
-  }
-  // A long name must not make the menu wider than the screen.
-  auto& label = dynamic_cast<Gtk::Label&>(*made->get_child());
-  label.set_ellipsize(Pango::ELLIPSIZE_END);
-  label.set_max_width_chars(50);
-  if (item.kind == MenuItem::Kind::heading) made->get_style_context()->add_class("tavelle-heading");
-  if (!item.submenu.empty()) {
-    auto* const submenu = Gtk::make_managed<Submenu>(item.submenu);
-    made->set_submenu(*submenu);
-    made->signal_select().connect([submenu] { submenu->prepare(); });
-  } else if (item.action) {
-    // Later, since it may open a dialog, and the menu that the item belongs to may be gone by then.
-    made->signal_activate().connect([action = item.action] { Glib::signal_idle().connect_once(action); });
-  } else {
-    made->set_sensitive(false);
-  }
-  return made;
+GtkStatusMenu::Anchor::Anchor(GdkMonitor* monitor, int left, int top, std::function<void()> ready)
+    : ready_(std::move(ready)) {
+  gtk_layer_init_for_window(window_.gobj());
+  gtk_layer_set_namespace(window_.gobj(), "tavelle-menu");
+  gtk_layer_set_layer(window_.gobj(), GTK_LAYER_SHELL_LAYER_OVERLAY);
+  gtk_layer_set_monitor(window_.gobj(), monitor);
+  gtk_layer_set_anchor(window_.gobj(), GTK_LAYER_SHELL_EDGE_LEFT, TRUE);
+  gtk_layer_set_anchor(window_.gobj(), GTK_LAYER_SHELL_EDGE_TOP, TRUE);
+  gtk_layer_set_margin(window_.gobj(), GTK_LAYER_SHELL_EDGE_LEFT, left);
+  gtk_layer_set_margin(window_.gobj(), GTK_LAYER_SHELL_EDGE_TOP, top);
+  // Counted from the edges of the screen, not from those of its panels.
+  gtk_layer_set_exclusive_zone(window_.gobj(), -1);
+  gtk_layer_set_keyboard_mode(window_.gobj(), GTK_LAYER_SHELL_KEYBOARD_MODE_EXCLUSIVE);
+  window_.set_app_paintable(true);
+  window_.set_size_request(1, 1);
+  window_.signal_focus_in_event().connect([this](GdkEventFocus*) {
+    tell();
+    return false;
+  });
+  window_.show();
+  patience_ = Glib::signal_timeout().connect(
+      [this] {
+        tell();
+        return false;
+      },
+      keyboardPatience);
 }
 
-}  // namespace
+GtkStatusMenu::Anchor::~Anchor() { patience_.disconnect(); }
+
+void GtkStatusMenu::Anchor::tell() {
+  patience_.disconnect();
+  if (const auto ready = std::exchange(ready_, nullptr)) ready();
+}
 
 GtkStatusMenu::GtkStatusMenu(const MenuItems& menu, std::function<void(bool)> outgrown)
     : outgrown_(std::move(outgrown)) {
@@ -144,7 +131,7 @@ GtkStatusMenu::GtkStatusMenu(const MenuItems& menu, std::function<void(bool)> ou
       list_ = Gtk::make_managed<ListMenuItem>(item.list, ListMenuItem::Menu{[this] { cancel(); }, [this] { fit(); }});
       append(*list_);
     } else {
-      append(*Gtk::manage(makeItem(item).release()));
+      append(*Gtk::manage(makeMenuItem(item).release()));
     }
   }
   show_all_children();
@@ -173,7 +160,7 @@ void GtkStatusMenu::popUpOnLayer(const std::optional<Gdk::Rectangle>& place, boo
   const int left = known ? place->get_x() - static_cast<int>(screen.x) : static_cast<int>(screen.width) - 1;
   const int top = known ? place->get_y() - static_cast<int>(screen.y) : 0;
   roomBelow_ = static_cast<int>(screen.height) - top - 1;
-  anchor_ = std::make_unique<MenuAnchor>(monitor, left, top, [this, onList] {
+  anchor_ = std::make_unique<Anchor>(monitor, left, top, [this, onList] {
     openAtAnchor();
     if (onList) select_item(*list_);
   });

@@ -13,7 +13,6 @@
 namespace tavelle {
 
 class ListMenuItem;
-class MenuAnchor;
 
 /// A menu of the program's, on the screen.
 class GtkStatusMenu final : public Gtk::Menu {
@@ -34,6 +33,8 @@ class GtkStatusMenu final : public Gtk::Menu {
   bool on_key_press_event(GdkEventKey* event) override;
 
  private:
+  class Anchor;
+
   void tryToPopUp();
   void popUpOnLayer(const std::optional<Gdk::Rectangle>& place, bool onList);
   void openAtAnchor();
@@ -45,7 +46,7 @@ class GtkStatusMenu final : public Gtk::Menu {
   const std::function<void(bool)> outgrown_;
   Gdk::Rectangle place_;
   /// Where windows can't be placed otherwise.
-  std::unique_ptr<MenuAnchor> anchor_;
+  std::unique_ptr<Anchor> anchor_;
   /// From the anchor to the lower edge of its screen.
   int roomBelow_ = 0;
   bool opensBelow_ = false;

@@ -7,10 +7,9 @@
 #include <cmath>
 #include <utility>
 
-#include "menu/scroll_view.h"
 #include "platform/linux/drawing/cairo_canvas.h"
 #include "platform/linux/menu/list_accessible.h"
-#include "platform/linux/menu/menu_style.h"
+#include "platform/linux/menu/menu_items.h"
 
 namespace tavelle {
 namespace {

@@ -12,8 +12,7 @@
 #include <utility>
 
 #include "platform/linux/handles.h"
-#include "platform/linux/menu/icon_names.h"
-#include "platform/linux/menu/icon_pixmaps.h"
+#include "platform/linux/menu/program_icon.h"
 
 namespace tavelle {
 namespace {

@@ -1,11 +1,18 @@
-#include "platform/linux/menu/menu_style.h"
+#include "platform/linux/menu/menu_items.h"
 
+#include <glibmm/main.h>
+#include <gtkmm/checkmenuitem.h>
 #include <gtkmm/cssprovider.h>
+#include <gtkmm/label.h>
+#include <gtkmm/separatormenuitem.h>
 #include <gtkmm/stylecontext.h>
+#include <sigc++/connection.h>
 
-#include <memory>
+#include <algorithm>
+#include <utility>
 
 #include "platform/linux/handles.h"
+#include "platform/status_item.h"
 
 namespace tavelle {
 namespace {
@@ -62,6 +69,47 @@ TextFont fontOf(GtkStyleContext* context, double dotsPerInch) {
   return {pango_font_description_get_family(font.get()), inPixels ? size : size * dotsPerInch / pointsPerInch};
 }
 
+/// A submenu whose items come as they are needed: there may be one for each of thousands of wallpapers, and the toolkit
+/// takes seconds for so many.
+class Submenu final : public Gtk::Menu {
+ public:
+  /// `items` must outlive this.
+  explicit Submenu(const MenuItems& items) : items_(items) {
+    useMenuStyle(*this);
+    signal_map().connect([this] {
+      adding_ = Glib::signal_timeout().connect([this] { return add(furtherItems); }, furtherMilliseconds);
+    });
+    signal_unmap().connect([this] { adding_.disconnect(); });
+  }
+  Submenu(const Submenu&) = delete;
+  Submenu& operator=(const Submenu&) = delete;
+  ~Submenu() override { adding_.disconnect(); }
+
+  /// Before it opens: as many as the highest screen shows.
+  void prepare() {
+    if (added_ == 0) add(firstItems);
+  }
+
+ private:
+  static constexpr std::size_t firstItems = 120;
+  static constexpr std::size_t furtherItems = 20;
+  static constexpr unsigned furtherMilliseconds = 15;
+
+  /// Whether there are more to add.
+  bool add(std::size_t count) {
+    for (const std::size_t end = std::min(items_.size(), added_ + count); added_ < end; ++added_) {
+      auto* const item = Gtk::manage(makeMenuItem(items_[added_]).release());
+      append(*item);
+      item->show_all();
+    }
+    return added_ < items_.size();
+  }
+
+  const MenuItems& items_;
+  std::size_t added_ = 0;
+  sigc::connection adding_;
+};
+
 }  // namespace
 
 void useMenuStyle(Gtk::Menu& menu) { menu.get_style_context()->add_class("tavelle-menu"); }
@@ -83,6 +131,34 @@ MenuTheme menuTheme(Gtk::MenuItem& item) {
                   .secondaryLabel = colorOf(context, GTK_STATE_FLAG_NORMAL, "color")};
   theme.secondaryLabel.opacity *= secondaryOpacity;
   return theme;
+}
+
+std::unique_ptr<Gtk::MenuItem> makeMenuItem(const MenuItem& item) {
+  if (item.kind == MenuItem::Kind::separator) return std::make_unique<Gtk::SeparatorMenuItem>();
+  std::unique_ptr<Gtk::MenuItem> made;
+  if (item.checked) {
+    auto check = std::make_unique<Gtk::CheckMenuItem>(item.title);
+    check->set_active(*item.checked);
+    made = std::move(check);
+  } else {
+    made = std::make_unique<Gtk::MenuItem>(item.title);
+  }
+  // A long name must not make the menu wider than the screen.
+  auto& label = dynamic_cast<Gtk::Label&>(*made->get_child());
+  label.set_ellipsize(Pango::ELLIPSIZE_END);
+  label.set_max_width_chars(50);
+  if (item.kind == MenuItem::Kind::heading) made->get_style_context()->add_class("tavelle-heading");
+  if (!item.submenu.empty()) {
+    auto* const submenu = Gtk::make_managed<Submenu>(item.submenu);
+    made->set_submenu(*submenu);
+    made->signal_select().connect([submenu] { submenu->prepare(); });
+  } else if (item.action) {
+    // Later, since it may open a dialog, and the menu that the item belongs to may be gone by then.
+    made->signal_activate().connect([action = item.action] { Glib::signal_idle().connect_once(action); });
+  } else {
+    made->set_sensitive(false);
+  }
+  return made;
 }
 
 }  // namespace tavelle

@@ -3,15 +3,22 @@
 #include <gtkmm/menu.h>
 #include <gtkmm/menuitem.h>
 
+#include <memory>
+
 #include "menu/view.h"
 
 namespace tavelle {
+
+struct MenuItem;
 
 /// Has the theme's menu items take the measures of the wallpaper list's rows: their height, the place of their text,
 /// and a highlight with round corners. Colours and fonts stay the theme's.
 void useMenuStyle(Gtk::Menu& menu);
 /// Once in a process, before that.
 void installMenuStyle();
+
+/// Makes the item, of any kind but a list, with its submenu; `item` must outlive what is made.
+std::unique_ptr<Gtk::MenuItem> makeMenuItem(const MenuItem& item);
 
 /// How the theme draws this item of a menu.
 MenuTheme menuTheme(Gtk::MenuItem& item);

@@ -1,4 +1,4 @@
-#include "platform/linux/menu/icon_pixmaps.h"
+#include "platform/linux/menu/program_icon.h"
 
 #include <glibmm/error.h>
 #include <gtkmm/icontheme.h>
@@ -6,8 +6,6 @@
 #include <array>
 #include <cstddef>
 #include <string>
-
-#include "platform/linux/menu/icon_names.h"
 
 namespace tavelle {
 namespace {
