@@ -56,10 +56,10 @@ void View::setNeedsDisplay(const Rect& area) {
   }
 }
 
-void View::tellScrolled() const {
+MenuHost* View::host() const {
   const View* root = this;
   while (root->superview_) root = root->superview_;
-  if (root->host_) root->host_->scrolled();
+  return root->host_;
 }
 
 void View::render(Canvas& canvas, const MenuTheme& theme, const Rect& visible) const {
@@ -149,16 +149,15 @@ double ScrollView::maximumOffset() const {
   return document_ ? std::max(0.0, document_->frame().height - bounds().height) : 0;
 }
 
-bool ScrollView::scrollTo(double offset) {
+void ScrollView::scrollTo(double offset) {
   const double reached = std::clamp(offset, 0.0, maximumOffset());
-  if (!document_ || reached == this->offset()) return false;
+  if (!document_ || reached == this->offset()) return;
   Rect place = document_->frame();
   place.y = -reached;
   document_->setFrame(place);
   placeScroller();
   setNeedsDisplay();
-  tellScrolled();
-  return true;
+  if (MenuHost* const menu = host()) menu->scrolled();
 }
 
 void ScrollView::scrollToVisible(const Rect& area) {

@@ -23,15 +23,19 @@ struct MenuTheme {
   Color secondaryLabel;
 };
 
-/// Where a tree of views is shown.
-class ViewHost {
+/// The item of an open menu that shows a tree of views.
+class MenuHost {
  public:
-  virtual ~ViewHost() = default;
+  virtual ~MenuHost() = default;
 
   /// What the tree shows in `area`, in its root's coordinates, is out of date. Nothing may be drawn inside this call.
   virtual void needsDisplay(const Rect& area) = 0;
   /// A scroll view of the tree has moved its content, for whatever reason.
-  virtual void scrolled() {}
+  virtual void scrolled() = 0;
+  /// The tree has other views and another height than before: the menu measures it again, and stays open.
+  virtual void sizeChanged() = 0;
+  /// Closes the menu at once. It may end the tree.
+  virtual void closeMenu() = 0;
 };
 
 /// What an assistive technology is told of a view.
@@ -76,7 +80,7 @@ class View : public std::enable_shared_from_this<View> {
   void removeSubviews();
 
   /// Only for the root of a tree. `host` must outlive the tree, or be replaced by none.
-  void setHost(ViewHost* host) { host_ = host; }
+  void setHost(MenuHost* host) { host_ = host; }
   /// The view has to be drawn again, all of it or `area` of it; the root's host hears of what is in sight.
   void setNeedsDisplay() { setNeedsDisplay(bounds()); }
   void setNeedsDisplay(const Rect& area);
@@ -107,8 +111,8 @@ class View : public std::enable_shared_from_this<View> {
  protected:
   /// Draws the view itself, in its own coordinates; its subviews come over it.
   virtual void draw(Canvas& /*canvas*/, const MenuTheme& /*theme*/) const {}
-  /// Tells the host that content has been scrolled.
-  void tellScrolled() const;
+  /// Of the tree that the view is in; none where no menu shows it.
+  MenuHost* host() const;
 
  private:
   void adopt(std::shared_ptr<View> view);
@@ -116,27 +120,24 @@ class View : public std::enable_shared_from_this<View> {
   Rect frame_;
   const Autoresizing autoresizing_;
   View* superview_ = nullptr;
-  ViewHost* host_ = nullptr;
+  MenuHost* host_ = nullptr;
   std::vector<std::shared_ptr<View>> subviews_;
 };
 
-/// A window onto a higher view, with a bar that lies over the content at the right edge. It scrolls from edge to edge
-/// and never beyond.
+/// A window onto a higher view, with a bar that lies over the content at the right edge and takes none of its width. It
+/// scrolls from edge to edge and never beyond.
 class ScrollView final : public View {
  public:
   explicit ScrollView(const Rect& frame, Autoresizing autoresizing = Autoresizing::none);
 
   /// Once. The document keeps its size and lies at the top; its width follows.
   void setDocument(std::shared_ptr<View> document);
-  /// What the content may take of the width: all of it, since the bar needs no room of its own.
-  double contentWidth() const { return bounds().width; }
-
   /// How far the top of the content lies above the top of this view, in points.
   double offset() const;
   double maximumOffset() const;
-  /// Goes as near to the offset as the content allows. Whether anything has moved.
-  bool scrollTo(double offset);
-  bool scrollBy(double distance) { return scrollTo(offset() + distance); }
+  /// Goes as near to the offset as the content allows.
+  void scrollTo(double offset);
+  void scrollBy(double distance) { scrollTo(offset() + distance); }
   /// Scrolls just as far as is needed to bring `area`, in the document's coordinates, into sight.
   void scrollToVisible(const Rect& area);
 

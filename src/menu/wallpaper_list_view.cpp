@@ -84,8 +84,7 @@ void WallpaperListView::addScrollingList() {
   scrollView_ = &addSubview(
       std::make_shared<ScrollView>(Rect{0, 0, width, scrollBoxHeight}, Autoresizing::widthFollowsSuperview));
   const auto document = std::make_shared<FlippedView>(
-      Rect{0, 0, scrollView_->contentWidth(), static_cast<double>(all_.size()) * MenuRow::height},
-      Autoresizing::widthFollowsSuperview);
+      Rect{0, 0, width, static_cast<double>(all_.size()) * MenuRow::height}, Autoresizing::widthFollowsSuperview);
   addWallpapers(*document, all_);
   scrollView_->setDocument(document);
 
@@ -102,7 +101,7 @@ void WallpaperListView::scrollToVisible(const MenuRow& row) {
 void WallpaperListView::pick(Wallpaper wallpaper) {
   auto& calls = calls_;
   const auto choose = choose_;
-  if (menu_) menu_->cancelTracking();
+  if (MenuHost* const menu = host()) menu->closeMenu();
   calls.soon([choose, wallpaper = std::move(wallpaper)] { choose(wallpaper); });
 }
 
@@ -115,7 +114,7 @@ void WallpaperListView::toggle() {
 void WallpaperListView::applyToggle() {
   expanded_ = !expanded_;
   rebuild();
-  if (menu_) menu_->itemChanged();
+  if (MenuHost* const menu = host()) menu->sizeChanged();
 }
 
 }  // namespace tavelle

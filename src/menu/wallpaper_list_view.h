@@ -19,17 +19,6 @@ class FlippedView final : public View {
   using View::View;
 };
 
-/// What the list needs of the open menu that it is an item of.
-class EnclosingMenu {
- public:
-  virtual ~EnclosingMenu() = default;
-
-  /// Closes the menu at once. It may end the list.
-  virtual void cancelTracking() = 0;
-  /// The list has other rows and another height than before: the menu measures it again, and stays open.
-  virtual void itemChanged() = 0;
-};
-
 /// The wallpapers as rows of a menu, the one on show with a check mark: a short quick list, or the whole library, in a
 /// box that scrolls when it is long. A last row changes from one to the other while the menu stays open.
 class WallpaperListView final : public View {
@@ -61,9 +50,6 @@ class WallpaperListView final : public View {
   static std::shared_ptr<WallpaperListView> make(Content content, PendingCalls& calls, Choose choose);
   WallpaperListView(Key, Content content, PendingCalls& calls, Choose choose);
 
-  /// None, as at first, when there is no menu around the list. `menu` must outlive the list or be replaced.
-  void setEnclosingMenu(EnclosingMenu* menu) { menu_ = menu; }
-
   /// All rows from the first to the last, those out of sight among them; good until the next `rebuild`. Where one lies
   /// tells `row->convert(row->bounds(), list)`: what is scrolled out of the box lies outside of the box.
   const std::vector<MenuRow*>& rows() const { return rows_; }
@@ -90,7 +76,6 @@ class WallpaperListView final : public View {
   const std::optional<Wallpaper> current_;
   PendingCalls& calls_;
   const Choose choose_;
-  EnclosingMenu* menu_ = nullptr;
   bool expanded_;
   std::vector<MenuRow*> rows_;
   ScrollView* scrollView_ = nullptr;

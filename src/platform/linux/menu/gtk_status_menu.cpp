@@ -128,7 +128,7 @@ GtkStatusMenu::GtkStatusMenu(const MenuItems& menu, std::function<void(bool)> ou
   useMenuStyle(*this);
   for (const MenuItem& item : menu) {
     if (item.kind == MenuItem::Kind::list) {
-      list_ = Gtk::make_managed<ListMenuItem>(item.list, ListMenuItem::Menu{[this] { cancel(); }, [this] { fit(); }});
+      list_ = Gtk::make_managed<ListMenuItem>(item.list, *this);
       append(*list_);
     } else {
       append(*Gtk::manage(makeMenuItem(item).release()));

@@ -28,6 +28,8 @@ class GtkStatusMenu final : public Gtk::Menu {
   /// the corner where panels have their icons. Where a panel still holds the pointer, a little later. With the list
   /// selected if `onList`, where it can be outgrown.
   void popUp(const std::optional<Gdk::Rectangle>& place, bool onList);
+  /// Gives the open menu the size that its items now ask for.
+  void fit();
 
  protected:
   bool on_key_press_event(GdkEventKey* event) override;
@@ -39,7 +41,6 @@ class GtkStatusMenu final : public Gtk::Menu {
   void popUpOnLayer(const std::optional<Gdk::Rectangle>& place, bool onList);
   void openAtAnchor();
   void leaveAnchor();
-  void fit();
   bool fitsBelow() const;
   bool isOnList() const;
 

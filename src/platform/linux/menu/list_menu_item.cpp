@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "platform/linux/drawing/cairo_canvas.h"
+#include "platform/linux/menu/gtk_status_menu.h"
 #include "platform/linux/menu/list_accessible.h"
 #include "platform/linux/menu/menu_items.h"
 
@@ -24,19 +25,17 @@ double wheelStep(double page) { return std::pow(page, 2.0 / 3.0); }
 
 }  // namespace
 
-ListMenuItem::ListMenuItem(std::shared_ptr<WallpaperListView> list, Menu menu)
-    : Glib::ObjectBase("TavelleListMenuItem"), list_(std::move(list)), menu_(std::move(menu)) {
+ListMenuItem::ListMenuItem(std::shared_ptr<WallpaperListView> list, GtkStatusMenu& menu)
+    : Glib::ObjectBase("TavelleListMenuItem"), list_(std::move(list)), menu_(menu) {
   add_events(Gdk::SCROLL_MASK | Gdk::SMOOTH_SCROLL_MASK | Gdk::POINTER_MOTION_MASK);
   describeToAssistiveTechnology(*this, list_);
   signal_deselect().connect([this] { hover(nullptr); });
   list_->setHost(this);
-  list_->setEnclosingMenu(this);
 }
 
 ListMenuItem::~ListMenuItem() {
   fading_.disconnect();
   list_->setHost(nullptr);
-  list_->setEnclosingMenu(nullptr);
 }
 
 // --- Size and look
@@ -90,7 +89,9 @@ void ListMenuItem::needsDisplay(const Rect& area) {
                   static_cast<int>(std::ceil(area.maxY())) - top);
 }
 
-void ListMenuItem::itemChanged() {
+void ListMenuItem::closeMenu() { menu_.cancel(); }
+
+void ListMenuItem::sizeChanged() {
   const bool byKeyboard = !pointer_;
   scrollerOpacity_ = 0;
   fading_.disconnect();

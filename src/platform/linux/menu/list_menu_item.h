@@ -3,7 +3,6 @@
 #include <gtkmm/menuitem.h>
 #include <sigc++/connection.h>
 
-#include <functional>
 #include <memory>
 #include <optional>
 
@@ -12,23 +11,17 @@
 
 namespace tavelle {
 
+class GtkStatusMenu;
+
 /// Shows the wallpaper list as one item of a GTK menu, in the theme's font and colours, and brings it what pointer and
 /// keyboard do. Assistive technology finds each row of the list as a menu item of its own.
-class ListMenuItem final : public Gtk::MenuItem, ViewHost, EnclosingMenu {
+class ListMenuItem final : public Gtk::MenuItem, MenuHost {
  public:
-  struct Menu {
-    /// Closes the menu. It may end the item.
-    std::function<void()> close;
-    /// Gives the open menu's window the size that its items now ask for.
-    std::function<void()> fit;
-  };
-
-  ListMenuItem(std::shared_ptr<WallpaperListView> list, Menu menu);
+  /// For `menu`.
+  ListMenuItem(std::shared_ptr<WallpaperListView> list, GtkStatusMenu& menu);
   ListMenuItem(const ListMenuItem&) = delete;
   ListMenuItem& operator=(const ListMenuItem&) = delete;
   ~ListMenuItem() override;
-
-  WallpaperListView& list() { return *list_; }
 
   enum class End { first, last };
   /// Puts the keyboard on a row.
@@ -53,8 +46,8 @@ class ListMenuItem final : public Gtk::MenuItem, ViewHost, EnclosingMenu {
  private:
   void needsDisplay(const Rect& area) override;
   void scrolled() override;
-  void cancelTracking() override { menu_.close(); }
-  void itemChanged() override;
+  void sizeChanged() override;
+  void closeMenu() override;
 
   void pointAt(double x, double y);
   void hover(View* view);
@@ -66,7 +59,7 @@ class ListMenuItem final : public Gtk::MenuItem, ViewHost, EnclosingMenu {
   const MenuTheme& theme();
 
   const std::shared_ptr<WallpaperListView> list_;
-  const Menu menu_;
+  GtkStatusMenu& menu_;
   std::optional<MenuTheme> theme_;
   /// What the pointer, or the keyboard, is on.
   std::weak_ptr<View> hovered_;
