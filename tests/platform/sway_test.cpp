@@ -9,7 +9,6 @@
 #include <string>
 
 #include "fakes/temporary_folder.h"
-#include "platform/linux/sway/sway_client.h"
 #include "platform/linux/sway/sway_connection.h"
 #include "platform/linux/sway/sway_events.h"
 #include "platform/linux/sway/sway_tree.h"

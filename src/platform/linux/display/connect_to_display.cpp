@@ -4,7 +4,6 @@
 #include <gtkmm/main.h>
 
 #include "platform/linux/toolkit/gdk_screens.h"
-#include "platform/linux/wayland/layer_shell.h"
 #include "platform/linux/wayland/wayland_server.h"
 #include "platform/linux/x11/x11_server.h"
 

@@ -67,6 +67,28 @@ class SwayConnection {
   bool broken_ = false;
 };
 
+/// Asks sway again and again, over one connection as long as that lasts. One thread at a time.
+class SwayClient {
+ public:
+  explicit SwayClient(std::filesystem::path socket, SwayPatience patience = {})
+      : socket_(std::move(socket)), patience_(patience) {}
+
+  /// The answer, JSON as sway wrote it. Waits a quarter of a second at most; whoever has let it wait so long is not
+  /// asked again for ten seconds. None when there was no answer.
+  std::optional<std::string> ask(SwayRequest request);
+
+  /// The process that answers; none when nobody does.
+  std::optional<pid_t> server();
+
+ private:
+  bool connect();
+
+  const std::filesystem::path socket_;
+  const SwayPatience patience_;
+  std::optional<SwayConnection> connection_;
+  std::chrono::steady_clock::time_point restsUntil_;
+};
+
 /// The process at the other end of a connected local socket; none when the kernel does not tell.
 std::optional<pid_t> processBehind(int socket);
 

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "platform/linux/sway/sway_client.h"
+#include "platform/linux/sway/sway_connection.h"
 #include "platform/linux/wayland/wayland_windows.h"
 
 namespace tavelle {

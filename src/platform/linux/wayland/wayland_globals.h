@@ -4,12 +4,40 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 
-#include "platform/linux/wayland/wayland_handles.h"
+struct org_kde_plasma_virtual_desktop;
+struct org_kde_plasma_virtual_desktop_management;
+struct org_kde_plasma_window;
+struct org_kde_plasma_window_management;
+struct zwlr_foreign_toplevel_handle_v1;
+struct zwlr_foreign_toplevel_manager_v1;
+struct zxdg_output_manager_v1;
+struct zxdg_output_v1;
 
 namespace tavelle {
+
+/// Ends an object of the compositor's: it is no longer heard of.
+struct WlDestroy {
+  void operator()(org_kde_plasma_virtual_desktop* object) const;
+  void operator()(org_kde_plasma_virtual_desktop_management* object) const;
+  void operator()(org_kde_plasma_window* object) const;
+  void operator()(org_kde_plasma_window_management* object) const;
+  void operator()(wl_callback* object) const;
+  void operator()(wl_registry* object) const;
+  void operator()(zwlr_foreign_toplevel_handle_v1* object) const;
+  void operator()(zwlr_foreign_toplevel_manager_v1* object) const;
+  void operator()(zxdg_output_manager_v1* object) const;
+  void operator()(zxdg_output_v1* object) const;
+};
+
+template <typename T>
+using WlPtr = std::unique_ptr<T, WlDestroy>;
+
+/// In a table of listeners: what the program has no use for.
+inline constexpr auto ignoreEvent = [](auto...) {};
 
 /// What a compositor offers, as it was at the start. On GDK's connection everything bound here gets its events from
 /// GDK's own source, on the main loop. Main thread only.

@@ -5,7 +5,6 @@
 
 #include "platform/linux/handles.h"
 #include "platform/linux/toolkit/output_description.h"
-#include "platform/linux/wayland/wayland_globals.h"
 
 namespace tavelle {
 class WaylandOutputs::Output {

@@ -5,11 +5,9 @@
 #include <map>
 #include <memory>
 
-#include "platform/linux/wayland/wayland_handles.h"
+#include "platform/linux/wayland/wayland_globals.h"
 
 namespace tavelle {
-
-class WaylandGlobals;
 
 /// Has the compositor tell of the monitors of GDK's beside what it tells GDK (xdg-output). GDK 3.24 moves a monitor to
 /// the layout's origin when its description is told again, as it is by sway after a change of its configuration; and it
