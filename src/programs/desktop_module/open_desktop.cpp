@@ -51,7 +51,7 @@ class GtkDesktopServices final : public DesktopServices {
   GtkOpenPanels openPanels_;
   GtkStatusItems statusItems_{iconFolder()};
   LinuxWorkspace workspace_{*server_};
-  LinuxDesktopPicture picture_{server_->xConnection()};
+  LinuxDesktopPicture picture_{server_->monitors(), server_->xConnection()};
   AnnouncedPicture desktopPicture_{picture_};
   GtkGuideWindows guideWindows_;
   std::unique_ptr<WebKitWebViews> webViews_;

@@ -36,7 +36,7 @@ int runAgent(DisplayServer& server) {
   LinuxFiles files;
   GLibMainLoop mainLoop;
   PlistDefaults memory(agentMemoryFile());
-  LinuxDesktopPicture picture(server.xConnection());
+  LinuxDesktopPicture picture(server.monitors(), server.xConnection());
   WallpaperAgent agent({.clock = clock,
                         .desktopPicture = picture,
                         .files = files,

@@ -3,7 +3,7 @@
 #include <gdk/gdk.h>
 #include <gtkmm/main.h>
 
-#include "platform/linux/toolkit/gdk_screens.h"
+#include "platform/linux/toolkit/monitors.h"
 #include "platform/linux/wayland/wayland_server.h"
 #include "platform/linux/x11/x11_server.h"
 
@@ -18,9 +18,9 @@ Result<std::unique_ptr<DisplayServer>> connectToDisplay(const char* programName)
   }
   Gtk::Main::init_gtkmm_internals();
   // The toolkit may have been told to prefer the other.
-  if (isWaylandDisplay(gdk_display_get_default()))
-    return std::unique_ptr<DisplayServer>(std::make_unique<WaylandServer>());
-  return std::unique_ptr<DisplayServer>(std::make_unique<X11Server>());
+  GdkDisplay* const display = gdk_display_get_default();
+  if (isWaylandDisplay(display)) return std::unique_ptr<DisplayServer>(std::make_unique<WaylandServer>(display));
+  return std::unique_ptr<DisplayServer>(std::make_unique<X11Server>(display));
 }
 
 }  // namespace tavelle

@@ -24,24 +24,24 @@ class NoPicture final : public DesktopPicture {
 };
 
 /// By what the session says of itself: names between colons, the more special ones first.
-std::unique_ptr<DesktopPicture> pictureOfRunningDesktop(const XConnection* connection) {
+std::unique_ptr<DesktopPicture> pictureOfRunningDesktop(const Monitors& monitors, const XConnection* connection) {
   const char* const variable = std::getenv("XDG_CURRENT_DESKTOP");
   std::string_view names = variable ? variable : "";
   while (!names.empty()) {
     const std::string_view name = names.substr(0, names.find(':'));
-    if (name == "XFCE" && connection) return std::make_unique<XfconfPicture>(*connection);
-    if (name == "KDE") return std::make_unique<PlasmaPicture>();
+    if (name == "XFCE" && connection) return std::make_unique<XfconfPicture>(*connection, monitors);
+    if (name == "KDE") return std::make_unique<PlasmaPicture>(monitors);
     if (auto desktop = gsettingsDesktop(name)) return std::make_unique<GSettingsPicture>(*std::move(desktop));
     names.remove_prefix(std::min(name.size() + 1, names.size()));
   }
-  if (connection) return std::make_unique<RootWindowPicture>();
+  if (connection) return std::make_unique<RootWindowPicture>(monitors);
   return std::make_unique<NoPicture>();
 }
 
 }  // namespace
 
-LinuxDesktopPicture::LinuxDesktopPicture(const XConnection* connection)
-    : running_(pictureOfRunningDesktop(connection)) {}
+LinuxDesktopPicture::LinuxDesktopPicture(const Monitors& monitors, const XConnection* connection)
+    : running_(pictureOfRunningDesktop(monitors, connection)) {}
 
 Result<void> LinuxDesktopPicture::set(const std::filesystem::path& image, const Screen& screen) {
   // A desktop keeps the path for later, from wherever it was given.

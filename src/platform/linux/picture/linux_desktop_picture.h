@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "platform/desktop_picture.h"
+#include "platform/linux/toolkit/monitors.h"
 #include "platform/linux/x11/x_connection.h"
 
 namespace tavelle {
@@ -13,7 +14,7 @@ namespace tavelle {
 class LinuxDesktopPicture final : public DesktopPicture {
  public:
   /// `connection` is null where there is no X server.
-  explicit LinuxDesktopPicture(const XConnection* connection);
+  LinuxDesktopPicture(const Monitors& monitors, const XConnection* connection);
 
   Result<void> set(const std::filesystem::path& image, const Screen& screen) override;
   std::optional<std::string> current(const Screen& screen) const override;

@@ -6,7 +6,6 @@
 #include "base/file_uri.h"
 #include "base/text.h"
 #include "platform/linux/picture/session_bus.h"
-#include "platform/linux/toolkit/gdk_screens.h"
 
 namespace tavelle {
 namespace {
@@ -93,11 +92,13 @@ std::string edgesForScript(const Rect& place, const Rect& whole) {
   return text + "]";
 }
 
-/// Runs the script's parts in the shell, as one function, and gives what it has to say.
-Result<std::string> runForScreen(const Screen& screen, std::string_view declarations, std::string_view action) {
+/// Runs the script's parts in the shell, as one function, and gives what it has to say. `whole` is the rectangle round
+/// all screens.
+Result<std::string> runForScreen(const Screen& screen, const Rect& whole, std::string_view declarations,
+                                 std::string_view action) {
   const std::string script =
-      "(function () {\n  var tolerance = 0.25;\n  var wanted = " + edgesForScript(screen.bounds, extentOfMonitors()) +
-      ";\n" + std::string(declarations) + std::string(findingJS) + std::string(action) + "})();\n";
+      "(function () {\n  var tolerance = 0.25;\n  var wanted = " + edgesForScript(screen.bounds, whole) + ";\n" +
+      std::string(declarations) + std::string(findingJS) + std::string(action) + "})();\n";
   constexpr BusMethod evaluate{.service = "org.kde.plasmashell",
                                .path = "/PlasmaShell",
                                .interface = "org.kde.PlasmaShell",
@@ -116,12 +117,13 @@ Result<std::string> runForScreen(const Screen& screen, std::string_view declarat
 
 Result<void> PlasmaPicture::set(const std::filesystem::path& image, const Screen& screen) {
   // An address is printable ASCII without quotation marks (but for the plain ') and backslashes, whatever the path is.
-  const auto answer = runForScreen(screen, "  var image = \"" + fileUri(image) + "\";\n", settingJS);
+  const auto answer =
+      runForScreen(screen, monitors_.extent(), "  var image = \"" + fileUri(image) + "\";\n", settingJS);
   return answer ? Result<void>() : answer.error();
 }
 
 std::optional<std::string> PlasmaPicture::current(const Screen& screen) const {
-  const auto answer = runForScreen(screen, "", readingJS);
+  const auto answer = runForScreen(screen, monitors_.extent(), "", readingJS);
   return answer ? std::optional(*answer) : std::nullopt;
 }
 

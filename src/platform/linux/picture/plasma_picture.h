@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/desktop_picture.h"
+#include "platform/linux/toolkit/monitors.h"
 
 namespace tavelle {
 
@@ -9,8 +10,13 @@ namespace tavelle {
 /// that draws it and the plugin's image.
 class PlasmaPicture final : public DesktopPicture {
  public:
+  explicit PlasmaPicture(const Monitors& monitors) : monitors_(monitors) {}
+
   Result<void> set(const std::filesystem::path& image, const Screen& screen) override;
   std::optional<std::string> current(const Screen& screen) const override;
+
+ private:
+  const Monitors& monitors_;
 };
 
 }  // namespace tavelle

@@ -13,7 +13,6 @@
 #include "base/text.h"
 #include "platform/linux/handles.h"
 #include "platform/linux/picture/root_window_record.h"
-#include "platform/linux/toolkit/gdk_screens.h"
 
 namespace tavelle {
 namespace {
@@ -108,10 +107,10 @@ void publish(Display* display, const RootRecord& record) {
 }
 
 /// A connection of its own: what it makes is left behind when it closes.
-DisplayPtr connect() { return DisplayPtr(XOpenDisplay(gdk_display_get_name(gdk_display_get_default()))); }
+DisplayPtr connectTo(GdkDisplay* display) { return DisplayPtr(XOpenDisplay(gdk_display_get_name(display))); }
 
-RootPlace rootPlace(const Screen& screen) {
-  const Rect place = PixelSpace::current().toPixels(screen.bounds);
+RootPlace rootPlace(const Screen& screen, const Monitors& monitors) {
+  const Rect place = monitors.pixelSpace().toPixels(screen.bounds);
   return {static_cast<int>(std::lround(place.x)), static_cast<int>(std::lround(place.y)),
           static_cast<int>(std::lround(place.width)), static_cast<int>(std::lround(place.height))};
 }
@@ -143,12 +142,12 @@ Result<void> RootWindowPicture::set(const std::filesystem::path& image, const Sc
   if (!file) return Error{escapedUtf8(image.native()) + ": " + escapedUtf8(error.message())};
   const auto upright = adopt(gdk_pixbuf_apply_embedded_orientation(file.get()));
 
-  const DisplayPtr display = connect();
+  const DisplayPtr display = connectTo(monitors_.display());
   if (!display) return Error{"couldn't connect to the X server"};
   const int number = DefaultScreen(display.get());
   const int width = DisplayWidth(display.get(), number);
   const int height = DisplayHeight(display.get(), number);
-  const RootPlace place = rootPlace(screen);
+  const RootPlace place = rootPlace(screen, monitors_);
   const Pixmap pixmap =
       XCreatePixmap(display.get(), DefaultRootWindow(display.get()), static_cast<unsigned>(width),
                     static_cast<unsigned>(height), static_cast<unsigned>(DefaultDepth(display.get(), number)));
@@ -169,13 +168,13 @@ Result<void> RootWindowPicture::set(const std::filesystem::path& image, const Sc
 }
 
 std::optional<std::string> RootWindowPicture::current(const Screen& screen) const {
-  const DisplayPtr display = connect();
+  const DisplayPtr display = connectTo(monitors_.display());
   if (!display) return std::nullopt;
   const auto shown = currentPicture(display.get());
   if (!shown) return std::nullopt;
   const auto record = readRootRecord(display.get());
   if (!record || record->pixmap != *shown) return "pixmap " + std::to_string(*shown);
-  const RootPlace place = rootPlace(screen);
+  const RootPlace place = rootPlace(screen, monitors_);
   const auto found = std::find_if(record->images.begin(), record->images.end(),
                                   [&](const RootRecord::Image& each) { return each.place == place; });
   return found == record->images.end() ? std::nullopt : std::optional("image " + found->path);

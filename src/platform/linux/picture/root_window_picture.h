@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/desktop_picture.h"
+#include "platform/linux/toolkit/monitors.h"
 
 namespace tavelle {
 
@@ -16,8 +17,13 @@ namespace tavelle {
 /// unnoticed: the X server does not say what a window's background is.
 class RootWindowPicture final : public DesktopPicture {
  public:
+  explicit RootWindowPicture(const Monitors& monitors) : monitors_(monitors) {}
+
   Result<void> set(const std::filesystem::path& image, const Screen& screen) override;
   std::optional<std::string> current(const Screen& screen) const override;
+
+ private:
+  const Monitors& monitors_;
 };
 
 }  // namespace tavelle

@@ -12,7 +12,6 @@
 
 #include "base/text.h"
 #include "platform/linux/picture/session_bus.h"
-#include "platform/linux/toolkit/gdk_screens.h"
 
 namespace tavelle {
 namespace {
@@ -63,20 +62,6 @@ std::set<std::uint32_t> workspacesWithSettings(GVariant* properties, const std::
   return found;
 }
 
-/// The names under which the screen's settings stand: by its connector and, where settings of the older kind are left,
-/// by its number as well.
-std::vector<std::string> monitorNames(const Screen& screen, GVariant* properties) {
-  const int xScreen = gdk_x11_screen_get_screen_number(gdk_screen_get_default());
-  const std::string start = "/backdrop/screen" + std::to_string(xScreen) + "/monitor";
-  std::vector<std::string> names;
-  if (!screen.name.empty()) names.push_back(start + screen.name);
-  if (const auto number = monitorNumber(screen)) {
-    const std::string numbered = start + std::to_string(*number);
-    if (names.empty() || !workspacesWithSettings(properties, numbered).empty()) names.push_back(numbered);
-  }
-  return names;
-}
-
 std::string key(const std::string& monitor, std::uint32_t workspace, std::string_view end) {
   return monitor + std::string(workspaceMark) + std::to_string(workspace) + std::string(end);
 }
@@ -93,8 +78,9 @@ std::optional<std::uint32_t> workspaceForAll(GVariant* properties) {
 
 }  // namespace
 
-XfconfPicture::XfconfPicture(const XConnection& connection)
+XfconfPicture::XfconfPicture(const XConnection& connection, const Monitors& monitors)
     : connection_(connection),
+      monitors_(monitors),
       spaces_(connection),
       currentDesktop_(internAtoms(connection, currentDesktopName).front()) {}
 
@@ -136,6 +122,20 @@ std::optional<std::string> XfconfPicture::current(const Screen& screen) const {
     }
   }
   return std::nullopt;
+}
+
+/// The names under which the screen's settings stand: by its connector and, where settings of the older kind are left,
+/// by its number as well.
+std::vector<std::string> XfconfPicture::monitorNames(const Screen& screen, GVariant* properties) const {
+  const int xScreen = gdk_x11_screen_get_screen_number(gdk_display_get_default_screen(monitors_.display()));
+  const std::string start = "/backdrop/screen" + std::to_string(xScreen) + "/monitor";
+  std::vector<std::string> names;
+  if (!screen.name.empty()) names.push_back(start + screen.name);
+  if (const auto number = monitors_.numberOf(screen)) {
+    const std::string numbered = start + std::to_string(*number);
+    if (names.empty() || !workspacesWithSettings(properties, numbered).empty()) names.push_back(numbered);
+  }
+  return names;
 }
 
 }  // namespace tavelle

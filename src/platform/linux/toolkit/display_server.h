@@ -6,6 +6,7 @@
 
 namespace tavelle {
 
+class Monitors;
 class Screens;
 class Spaces;
 class WallpaperWindows;
@@ -17,6 +18,7 @@ class DisplayServer {
  public:
   virtual ~DisplayServer() = default;
 
+  virtual Monitors& monitors() = 0;
   virtual Screens& screens() = 0;
   virtual Spaces& spaces() = 0;
   virtual WallpaperWindows& windows() = 0;

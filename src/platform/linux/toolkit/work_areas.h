@@ -18,9 +18,4 @@ class WorkAreas {
   virtual std::vector<Rect> of(const std::vector<GdkMonitor*>& monitors) const = 0;
 };
 
-inline Rect rectOf(const GdkRectangle& rectangle) {
-  return {static_cast<double>(rectangle.x), static_cast<double>(rectangle.y), static_cast<double>(rectangle.width),
-          static_cast<double>(rectangle.height)};
-}
-
 }  // namespace tavelle

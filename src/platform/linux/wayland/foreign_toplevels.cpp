@@ -8,7 +8,6 @@
 #include <span>
 
 #include "platform/linux/told_window.h"
-#include "platform/linux/toolkit/gdk_screens.h"
 
 namespace tavelle {
 
@@ -85,34 +84,34 @@ class ForeignToplevels::Toplevel {
   State valid_;
 };
 
-std::unique_ptr<ForeignToplevels> ForeignToplevels::bind(const WaylandGlobals& globals, GdkDisplay* display) {
+std::unique_ptr<ForeignToplevels> ForeignToplevels::bind(const WaylandGlobals& globals, const Monitors& monitors) {
   auto* const manager = globals.bind<zwlr_foreign_toplevel_manager_v1>(zwlr_foreign_toplevel_manager_v1_interface, 1);
   if (!manager) return nullptr;
-  auto windows = std::make_unique<ForeignToplevels>(manager, display);
+  auto windows = std::make_unique<ForeignToplevels>(manager, monitors);
   globals.settle();
   return windows;
 }
 
-ForeignToplevels::ForeignToplevels(zwlr_foreign_toplevel_manager_v1* manager, GdkDisplay* display)
-    : manager_(manager), display_(display) {
+ForeignToplevels::ForeignToplevels(zwlr_foreign_toplevel_manager_v1* manager, const Monitors& monitors)
+    : manager_(manager), monitors_(monitors) {
   static constexpr zwlr_foreign_toplevel_manager_v1_listener listener{.toplevel = told, .finished = finished};
   zwlr_foreign_toplevel_manager_v1_add_listener(manager, &listener, this);
-  g_signal_connect(display, "monitor-removed", G_CALLBACK(outputRemoved), this);
+  g_signal_connect(monitors.display(), "monitor-removed", G_CALLBACK(outputRemoved), this);
 }
 
-ForeignToplevels::~ForeignToplevels() { g_signal_handlers_disconnect_by_data(display_, this); }
+ForeignToplevels::~ForeignToplevels() { g_signal_handlers_disconnect_by_data(monitors_.display(), this); }
 
 std::optional<std::vector<WindowDescription>> ForeignToplevels::onScreen() const {
   if (!manager_) return std::nullopt;
-  const auto all = monitors();
-  const auto places = placesOf(all);
+  const auto all = monitors_.all();
+  const auto places = monitors_.placesOf(all);
   std::vector<WindowDescription> windows;
   // The latest first, for want of a better order.
   std::for_each(toplevels_.rbegin(), toplevels_.rend(), [&](const auto& each) {
     const auto hidden = hiddenBy(each->tell(all, places), places);
     windows.insert(windows.end(), hidden.begin(), hidden.end());
   });
-  moveToGlobal(windows);
+  monitors_.moveToGlobal(windows);
   return windows;
 }
 

@@ -17,11 +17,10 @@ namespace tavelle {
 /// in the list where the compositor doesn't take it off its output.
 class ForeignToplevels final : public WaylandWindows {
  public:
-  /// Null when the compositor doesn't offer it. Waits for what it has to tell. `globals` and `display` are of the same
-  /// connection.
-  static std::unique_ptr<ForeignToplevels> bind(const WaylandGlobals& globals, GdkDisplay* display);
+  /// Null when the compositor doesn't offer it. Waits for what it has to tell. Both are of the same connection.
+  static std::unique_ptr<ForeignToplevels> bind(const WaylandGlobals& globals, const Monitors& monitors);
 
-  ForeignToplevels(zwlr_foreign_toplevel_manager_v1* manager, GdkDisplay* display);
+  ForeignToplevels(zwlr_foreign_toplevel_manager_v1* manager, const Monitors& monitors);
   ForeignToplevels(const ForeignToplevels&) = delete;
   ForeignToplevels& operator=(const ForeignToplevels&) = delete;
   ~ForeignToplevels() override;
@@ -37,7 +36,7 @@ class ForeignToplevels final : public WaylandWindows {
   static void outputRemoved(GdkDisplay* display, GdkMonitor* monitor, ForeignToplevels* self);
 
   WlPtr<zwlr_foreign_toplevel_manager_v1> manager_;
-  GdkDisplay* const display_;
+  const Monitors& monitors_;
   std::vector<std::unique_ptr<Toplevel>> toplevels_;
   ChangeCalls calls_;
 };

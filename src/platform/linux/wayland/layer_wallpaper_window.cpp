@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "platform/linux/handles.h"
-#include "platform/linux/toolkit/gdk_screens.h"
+#include "platform/linux/toolkit/monitors.h"
 #include "platform/linux/toolkit/wallpaper_surface.h"
 
 namespace tavelle {
@@ -13,8 +13,8 @@ namespace {
 
 class LayerWallpaperWindow final : public WallpaperWindow {
  public:
-  LayerWallpaperWindow(Screen screen, Screens& screens)
-      : screen_(std::move(screen)), screensChanged_(screens.onChange([this] { appear(); })) {
+  LayerWallpaperWindow(Screen screen, Monitors& monitors)
+      : screen_(std::move(screen)), monitors_(monitors), monitorsChanged_(monitors.onChange([this] { appear(); })) {
     gtk_layer_init_for_window(window_.gobj());
     gtk_layer_set_namespace(window_.gobj(), "tavelle-wallpaper");
     gtk_layer_set_layer(window_.gobj(), GTK_LAYER_SHELL_LAYER_BACKGROUND);
@@ -59,7 +59,7 @@ class LayerWallpaperWindow final : public WallpaperWindow {
   /// A surface belongs to its output, wherever that goes, and goes with it. Outputs may come, go and change places
   /// without any screen having changed in the end.
   void appear() {
-    GdkMonitor* const monitor = monitorOf(screen_);
+    GdkMonitor* const monitor = monitors_.of(screen_);
     // Left to itself, the compositor would show the surface on another output.
     if (!wanted_ || !monitor || (isVisible() && monitor == monitor_.get())) return;
     window_.hide();
@@ -69,17 +69,18 @@ class LayerWallpaperWindow final : public WallpaperWindow {
   }
 
   const Screen screen_;
+  Monitors& monitors_;
   bool wanted_ = false;
   /// That of the surface.
   GObjectPtr<GdkMonitor> monitor_;
   WallpaperSurface window_;
-  const Registration screensChanged_;
+  const Registration monitorsChanged_;
 };
 
 }  // namespace
 
 std::unique_ptr<WallpaperWindow> LayerWallpaperWindows::make(const Screen& screen) {
-  return std::make_unique<LayerWallpaperWindow>(screen, screens_);
+  return std::make_unique<LayerWallpaperWindow>(screen, monitors_);
 }
 
 }  // namespace tavelle

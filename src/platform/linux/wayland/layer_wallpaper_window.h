@@ -4,18 +4,18 @@
 
 namespace tavelle {
 
-class Screens;
+class Monitors;
 
 /// Surfaces on the background layer of a Wayland compositor (wlr-layer-shell), below all windows.
 class LayerWallpaperWindows final : public WallpaperWindows {
  public:
-  /// `screens` outlives the windows.
-  explicit LayerWallpaperWindows(Screens& screens) : screens_(screens) {}
+  /// `monitors` outlives the windows.
+  explicit LayerWallpaperWindows(Monitors& monitors) : monitors_(monitors) {}
 
   std::unique_ptr<WallpaperWindow> make(const Screen& screen) override;
 
  private:
-  Screens& screens_;
+  Monitors& monitors_;
 };
 
 }  // namespace tavelle

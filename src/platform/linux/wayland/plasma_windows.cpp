@@ -5,7 +5,6 @@
 #include <set>
 
 #include "platform/linux/told_window.h"
-#include "platform/linux/toolkit/gdk_screens.h"
 
 namespace tavelle {
 namespace {
@@ -126,18 +125,18 @@ class PlasmaWindows::Desktop {
   bool isShown_ = false;
 };
 
-std::unique_ptr<PlasmaWindows> PlasmaWindows::bind(const WaylandGlobals& globals) {
+std::unique_ptr<PlasmaWindows> PlasmaWindows::bind(const WaylandGlobals& globals, const Monitors& monitors) {
   auto* const management = globals.bind<Management>(org_kde_plasma_window_management_interface, leastVersion);
   if (!management) return nullptr;
   auto windows = std::make_unique<PlasmaWindows>(
-      management, globals.bind<DesktopManagement>(org_kde_plasma_virtual_desktop_management_interface, 1));
+      management, globals.bind<DesktopManagement>(org_kde_plasma_virtual_desktop_management_interface, 1), monitors);
   // The first answer names windows and desktops, the second tells of them.
   if (globals.settle()) globals.settle();
   return windows;
 }
 
-PlasmaWindows::PlasmaWindows(Management* management, DesktopManagement* desktops)
-    : management_(management), desktopManagement_(desktops) {
+PlasmaWindows::PlasmaWindows(Management* management, DesktopManagement* desktops, const Monitors& monitors)
+    : monitors_(monitors), management_(management), desktopManagement_(desktops) {
   static constexpr org_kde_plasma_window_management_listener listener{.show_desktop_changed = showingDesktop,
                                                                       .window = toldByNumber,
                                                                       .stacking_order_changed = ignoreEvent,
@@ -152,7 +151,7 @@ PlasmaWindows::PlasmaWindows(Management* management, DesktopManagement* desktops
 PlasmaWindows::~PlasmaWindows() = default;
 
 std::optional<std::vector<WindowDescription>> PlasmaWindows::onScreen() const {
-  const auto places = placesOf(monitors());
+  const auto places = monitors_.placesOf(monitors_.all());
   std::vector<WindowDescription> windows;
   // The latest first, for want of a better order.
   std::for_each(windows_.rbegin(), windows_.rend(), [&](const auto& each) {
@@ -160,7 +159,7 @@ std::optional<std::vector<WindowDescription>> PlasmaWindows::onScreen() const {
     const auto hidden = hiddenBy(each->told(), places);
     windows.insert(windows.end(), hidden.begin(), hidden.end());
   });
-  moveToGlobal(windows);
+  monitors_.moveToGlobal(windows);
   return windows;
 }
 

@@ -20,10 +20,11 @@ namespace tavelle {
 class PlasmaWindows final : public WaylandWindows {
  public:
   /// Null when the compositor doesn't offer it, to this program. Waits for what it has to tell.
-  static std::unique_ptr<PlasmaWindows> bind(const WaylandGlobals& globals);
+  static std::unique_ptr<PlasmaWindows> bind(const WaylandGlobals& globals, const Monitors& monitors);
 
   /// Takes over both; `desktops` may be null, and then windows of all virtual desktops count.
-  PlasmaWindows(org_kde_plasma_window_management* management, org_kde_plasma_virtual_desktop_management* desktops);
+  PlasmaWindows(org_kde_plasma_window_management* management, org_kde_plasma_virtual_desktop_management* desktops,
+                const Monitors& monitors);
   PlasmaWindows(const PlasmaWindows&) = delete;
   PlasmaWindows& operator=(const PlasmaWindows&) = delete;
   ~PlasmaWindows() override;
@@ -46,6 +47,7 @@ class PlasmaWindows final : public WaylandWindows {
   void add(org_kde_plasma_window* handle);
   bool isOnShownDesktop(const Window& window) const;
 
+  const Monitors& monitors_;
   const WlPtr<Management> management_;
   const WlPtr<DesktopManagement> desktopManagement_;
   bool showsDesktop_ = false;

@@ -4,7 +4,6 @@
 
 #include "platform/linux/sway/sway_events.h"
 #include "platform/linux/sway/sway_tree.h"
-#include "platform/linux/toolkit/gdk_screens.h"
 
 namespace tavelle {
 
@@ -12,7 +11,7 @@ std::optional<std::vector<WindowDescription>> SwayWindows::onScreen() const {
   const auto tree = client_.ask(SwayRequest::tree);
   auto windows = tree ? windowsInSwayTree(*tree) : std::nullopt;
   // The layout's coordinates are GDK's, too.
-  if (windows) moveToGlobal(*windows);
+  if (windows) monitors_.moveToGlobal(*windows);
   return windows;
 }
 
@@ -22,7 +21,7 @@ Registration SwayWindows::onChange(std::function<void()> changed) {
 
 std::vector<Rect> SwayWorkAreas::of(const std::vector<GdkMonitor*>& monitors) const {
   const auto workspaces = shownSwayWorkspaces(client_.ask(SwayRequest::workspaces).value_or(""));
-  auto areas = placesOf(monitors);
+  auto areas = monitors_.placesOf(monitors);
   for (Rect& area : areas) area = areaWithoutPanels(area, workspaces);
   return areas;
 }

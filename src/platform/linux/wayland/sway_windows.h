@@ -11,12 +11,14 @@ namespace tavelle {
 class SwayWindows final : public WaylandWindows {
  public:
   /// `socket` is where sway answers.
-  explicit SwayWindows(std::filesystem::path socket) : socket_(socket), client_(std::move(socket)) {}
+  SwayWindows(std::filesystem::path socket, const Monitors& monitors)
+      : monitors_(monitors), socket_(socket), client_(std::move(socket)) {}
 
   std::optional<std::vector<WindowDescription>> onScreen() const override;
   Registration onChange(std::function<void()> changed) override;
 
  private:
+  const Monitors& monitors_;
   const std::filesystem::path socket_;
   mutable SwayClient client_;
 };
@@ -25,11 +27,13 @@ class SwayWindows final : public WaylandWindows {
 class SwayWorkAreas final : public WorkAreas {
  public:
   /// `socket` is where sway answers.
-  explicit SwayWorkAreas(std::filesystem::path socket) : client_(std::move(socket)) {}
+  SwayWorkAreas(std::filesystem::path socket, const Monitors& monitors)
+      : monitors_(monitors), client_(std::move(socket)) {}
 
   std::vector<Rect> of(const std::vector<GdkMonitor*>& monitors) const override;
 
  private:
+  const Monitors& monitors_;
   mutable SwayClient client_;
 };
 

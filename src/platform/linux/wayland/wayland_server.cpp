@@ -18,17 +18,17 @@ bool compositorHasLayers() {
   return display && WaylandGlobals(display.get()).offers("zwlr_layer_shell_v1");
 }
 
-WaylandServer::WaylandServer()
-    : outputs_(WaylandGlobals(gdk_wayland_display_get_wl_display(gdk_display_get_default())),
-               gdk_display_get_default()),
-      workAreas_(waylandWorkAreas(gdk_display_get_default())) {}
+WaylandServer::WaylandServer(GdkDisplay* display)
+    : monitors_(display),
+      outputs_(WaylandGlobals(gdk_wayland_display_get_wl_display(display)), display),
+      workAreas_(waylandWorkAreas(monitors_)) {}
 
 Registration WaylandServer::onWindowEvent(std::function<void()> happened) {
   return told().onChange(std::move(happened));
 }
 
 WaylandWindows& WaylandServer::told() {
-  if (!told_) told_ = waylandWindows(gdk_display_get_default());
+  if (!told_) told_ = waylandWindows(monitors_);
   return *told_;
 }
 

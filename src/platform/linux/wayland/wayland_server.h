@@ -4,6 +4,7 @@
 
 #include "platform/linux/toolkit/display_server.h"
 #include "platform/linux/toolkit/gdk_screens.h"
+#include "platform/linux/toolkit/monitors.h"
 #include "platform/linux/wayland/layer_wallpaper_window.h"
 #include "platform/linux/wayland/wayland_outputs.h"
 #include "platform/linux/wayland/wayland_windows.h"
@@ -18,8 +19,9 @@ bool compositorHasLayers();
 /// A Wayland compositor with layers.
 class WaylandServer final : public DisplayServer {
  public:
-  WaylandServer();
+  explicit WaylandServer(GdkDisplay* display);
 
+  Monitors& monitors() override { return monitors_; }
   Screens& screens() override { return screens_; }
   Spaces& spaces() override { return spaces_; }
   WallpaperWindows& windows() override { return windows_; }
@@ -35,11 +37,12 @@ class WaylandServer final : public DisplayServer {
   };
   WaylandWindows& told();
 
+  Monitors monitors_;
   const WaylandOutputs outputs_;
   const std::unique_ptr<WorkAreas> workAreas_;
-  GdkScreens screens_{*workAreas_};
+  GdkScreens screens_{monitors_, *workAreas_};
   NoSpaces spaces_;
-  LayerWallpaperWindows windows_{screens_};
+  LayerWallpaperWindows windows_{monitors_};
   /// Made when it is asked for: not every process wants to hear of each window.
   std::unique_ptr<WaylandWindows> told_;
 };

@@ -3,7 +3,6 @@
 #include <gdk/gdkwayland.h>
 #include <wayland-client.h>
 
-#include "platform/linux/toolkit/gdk_screens.h"
 #include "platform/linux/wayland/foreign_toplevels.h"
 #include "platform/linux/wayland/plasma_windows.h"
 #include "platform/linux/wayland/sway_windows.h"
@@ -20,7 +19,12 @@ class NoWindows final : public WaylandWindows {
 
 class WholeMonitors final : public WorkAreas {
  public:
-  std::vector<Rect> of(const std::vector<GdkMonitor*>& monitors) const override { return placesOf(monitors); }
+  explicit WholeMonitors(const Monitors& monitors) : monitors_(monitors) {}
+
+  std::vector<Rect> of(const std::vector<GdkMonitor*>& monitors) const override { return monitors_.placesOf(monitors); }
+
+ private:
+  const Monitors& monitors_;
 };
 
 /// Where the compositor behind the display answers questions about itself; none when it isn't sway. The environment
@@ -38,20 +42,20 @@ std::optional<std::filesystem::path> swaySocketOf(wl_display* display) {
 
 }  // namespace
 
-std::unique_ptr<WaylandWindows> waylandWindows(GdkDisplay* display) {
-  wl_display* const connection = gdk_wayland_display_get_wl_display(display);
-  if (const auto socket = swaySocketOf(connection)) return std::make_unique<SwayWindows>(*socket);
+std::unique_ptr<WaylandWindows> waylandWindows(const Monitors& monitors) {
+  wl_display* const connection = gdk_wayland_display_get_wl_display(monitors.display());
+  if (const auto socket = swaySocketOf(connection)) return std::make_unique<SwayWindows>(*socket, monitors);
   const WaylandGlobals globals(connection);
-  if (auto windows = PlasmaWindows::bind(globals)) return windows;
-  if (auto windows = ForeignToplevels::bind(globals, display)) return windows;
+  if (auto windows = PlasmaWindows::bind(globals, monitors)) return windows;
+  if (auto windows = ForeignToplevels::bind(globals, monitors)) return windows;
   return std::make_unique<NoWindows>();
 }
 
-std::unique_ptr<WorkAreas> waylandWorkAreas(GdkDisplay* display) {
-  if (const auto socket = swaySocketOf(gdk_wayland_display_get_wl_display(display))) {
-    return std::make_unique<SwayWorkAreas>(*socket);
+std::unique_ptr<WorkAreas> waylandWorkAreas(const Monitors& monitors) {
+  if (const auto socket = swaySocketOf(gdk_wayland_display_get_wl_display(monitors.display()))) {
+    return std::make_unique<SwayWorkAreas>(*socket, monitors);
   }
-  return std::make_unique<WholeMonitors>();
+  return std::make_unique<WholeMonitors>(monitors);
 }
 
 }  // namespace tavelle

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "base/registration.h"
+#include "platform/linux/toolkit/monitors.h"
 #include "platform/linux/toolkit/work_areas.h"
 #include "platform/window_list.h"
 
@@ -19,15 +20,15 @@ class WaylandWindows : public WindowList {
   virtual Registration onChange(std::function<void()> changed) = 0;
 };
 
-/// Where the windows of `display`, the toolkit's default display and a Wayland one, are asked for, best first: sway's
+/// Where the windows of the display of `monitors`, a Wayland one, are asked for, best first: sway's
 /// socket, which tells where each window is; Plasma's window management, which does so too, but not where panels are;
 /// the protocol that many compositors have (wlr-foreign-toplevel-management), which tells only that a window is
 /// maximised or full-screen and on which output. Where there is none of them the list is never there. Waits for the
 /// compositor's answers, a second each at most, so that the list is complete from the start.
-std::unique_ptr<WaylandWindows> waylandWindows(GdkDisplay* display);
+std::unique_ptr<WaylandWindows> waylandWindows(const Monitors& monitors);
 
-/// What panels leave of the monitors of `display`, where the compositor tells, which is sway; elsewhere the whole
+/// What panels leave of the monitors, where the compositor tells, which is sway; elsewhere the whole
 /// monitors. Asked anew each time, with a wait of a quarter of a second at most.
-std::unique_ptr<WorkAreas> waylandWorkAreas(GdkDisplay* display);
+std::unique_ptr<WorkAreas> waylandWorkAreas(const Monitors& monitors);
 
 }  // namespace tavelle

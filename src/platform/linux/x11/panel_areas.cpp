@@ -6,7 +6,6 @@
 #include <limits>
 
 #include "platform/linux/struts.h"
-#include "platform/linux/toolkit/gdk_screens.h"
 
 namespace tavelle {
 namespace {
@@ -42,15 +41,15 @@ std::vector<Strut> strutsOf(const std::vector<std::uint32_t>& partial, const std
 
 }  // namespace
 
-PanelAreas::PanelAreas(const XConnection& connection)
-    : connection_(connection), atoms_(internAtoms(connection, atomNames)) {}
+PanelAreas::PanelAreas(const XConnection& connection, const Monitors& monitors)
+    : connection_(connection), monitors_(monitors), atoms_(internAtoms(connection, atomNames)) {}
 
 std::vector<Rect> PanelAreas::of(const std::vector<GdkMonitor*>& monitors) const {
   // The one work area that all window managers tell is that of all monitors together, of use only where there is but
   // one. For several, some managers tell each monitor's own; elsewhere the panels have to be asked.
   const bool managerTells =
-      monitors.size() == 1 ||
-      gdk_x11_screen_supports_net_wm_hint(gdk_screen_get_default(), gdk_atom_intern_static_string("_GTK_WORKAREAS"));
+      monitors.size() == 1 || gdk_x11_screen_supports_net_wm_hint(gdk_display_get_default_screen(monitors_.display()),
+                                                                  gdk_atom_intern_static_string("_GTK_WORKAREAS"));
   if (!managerTells) return askPanels(monitors);
   std::vector<Rect> areas;
   areas.reserve(monitors.size());
@@ -77,7 +76,7 @@ std::vector<Rect> PanelAreas::askPanels(const std::vector<GdkMonitor*>& monitors
     requests.push_back(
         {window, {connection_, window, atoms_[partialStrut]}, {connection_, window, atoms_[plainStrut]}});
   }
-  const double scale = gdk_window_get_scale_factor(gdk_get_default_root_window());
+  const double scale = monitors_.pixelSpace().scale;
   const auto here = current.readFirst();
   std::vector<Strut> struts;
   for (auto& [window, partial, plain] : requests) {
@@ -88,7 +87,7 @@ std::vector<Rect> PanelAreas::askPanels(const std::vector<GdkMonitor*>& monitors
     struts.insert(struts.end(), own.begin(), own.end());
   }
 
-  auto areas = placesOf(monitors);
+  auto areas = monitors_.placesOf(monitors);
   if (const auto size = picture.read()) {
     for (Rect& area : areas) area = workArea(area, size->width / scale, size->height / scale, struts);
   }

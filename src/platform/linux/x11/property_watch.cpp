@@ -15,8 +15,9 @@ constexpr std::uint8_t sentEvent = 0x80;
 
 }  // namespace
 
-PropertyWatch::PropertyWatch(Names ofRoot, Names ofClients, std::function<void()> happened)
+PropertyWatch::PropertyWatch(const XConnection& server, Names ofRoot, Names ofClients, std::function<void()> happened)
     : happened_(std::move(happened)),
+      connection_(server.another()),
       clientList_(internAtoms(connection_, clientListName).front()),
       ofRoot_(internAtoms(connection_, ofRoot)),
       ofClients_(internAtoms(connection_, ofClients)) {

@@ -17,7 +17,7 @@ class PropertyWatch {
 
   /// Calls `happened` on the main loop after one of these properties has changed, once for all that comes in together.
   /// It may end the watch.
-  PropertyWatch(Names ofRoot, Names ofClients, std::function<void()> happened);
+  PropertyWatch(const XConnection& server, Names ofRoot, Names ofClients, std::function<void()> happened);
   PropertyWatch(const PropertyWatch&) = delete;
   PropertyWatch& operator=(const PropertyWatch&) = delete;
   ~PropertyWatch();

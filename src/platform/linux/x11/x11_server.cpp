@@ -13,7 +13,8 @@ Registration X11Server::onWindowEvent(std::function<void()> happened) {
                                                    "_NET_SHOWING_DESKTOP"};
   // Minimised or not.
   constexpr std::array<std::string_view, 1> ofClients{"WM_STATE"};
-  return Registration([manager = std::make_shared<PropertyWatch>(ofRoot, ofClients, std::move(happened))] {});
+  return Registration(
+      [manager = std::make_shared<PropertyWatch>(connection_, ofRoot, ofClients, std::move(happened))] {});
 }
 
 }  // namespace tavelle

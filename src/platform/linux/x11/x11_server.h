@@ -2,6 +2,7 @@
 
 #include "platform/linux/toolkit/display_server.h"
 #include "platform/linux/toolkit/gdk_screens.h"
+#include "platform/linux/toolkit/monitors.h"
 #include "platform/linux/x11/panel_areas.h"
 #include "platform/linux/x11/x11_spaces.h"
 #include "platform/linux/x11/x11_wallpaper_window.h"
@@ -13,6 +14,9 @@ namespace tavelle {
 /// The X server, and what the window manager tells on it.
 class X11Server final : public DisplayServer {
  public:
+  explicit X11Server(GdkDisplay* display) : monitors_(display), connection_(display) {}
+
+  Monitors& monitors() override { return monitors_; }
   Screens& screens() override { return screens_; }
   Spaces& spaces() override { return spaces_; }
   WallpaperWindows& windows() override { return windows_; }
@@ -21,12 +25,13 @@ class X11Server final : public DisplayServer {
   const XConnection* xConnection() const override { return &connection_; }
 
  private:
+  Monitors monitors_;
   const XConnection connection_;
-  const PanelAreas panels_{connection_};
-  GdkScreens screens_{panels_};
+  const PanelAreas panels_{connection_, monitors_};
+  GdkScreens screens_{monitors_, panels_};
   X11Spaces spaces_{connection_};
-  X11WallpaperWindows windows_;
-  X11WindowList windowList_{connection_};
+  X11WallpaperWindows windows_{monitors_};
+  X11WindowList windowList_{connection_, monitors_};
 };
 
 }  // namespace tavelle

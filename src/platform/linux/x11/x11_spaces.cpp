@@ -28,7 +28,7 @@ std::vector<std::string> X11Spaces::list() const {
 
 Registration X11Spaces::onChange(std::function<void()> changed) {
   return Registration(
-      [watch = std::make_shared<PropertyWatch>(countName, PropertyWatch::Names(), std::move(changed))] {});
+      [watch = std::make_shared<PropertyWatch>(connection_, countName, PropertyWatch::Names(), std::move(changed))] {});
 }
 
 }  // namespace tavelle

@@ -6,7 +6,6 @@
 #include <gdk/gdkx.h>
 // clang-format on
 
-#include "platform/linux/toolkit/gdk_screens.h"
 #include "platform/linux/toolkit/wallpaper_surface.h"
 
 namespace tavelle {
@@ -14,7 +13,8 @@ namespace {
 
 class X11WallpaperWindow final : public WallpaperWindow {
  public:
-  explicit X11WallpaperWindow(const Screen& screen) : place_(gdkPlace(screen)) {
+  X11WallpaperWindow(const Screen& screen, const Monitors& monitors)
+      : display_(monitors.display()), place_(gdkPlace(screen, monitors)) {
     window_.set_type_hint(Gdk::WINDOW_TYPE_HINT_DESKTOP);
     window_.set_skip_taskbar_hint(true);
     window_.set_skip_pager_hint(true);
@@ -52,33 +52,33 @@ class X11WallpaperWindow final : public WallpaperWindow {
 
  private:
   /// Where the screen lies in GDK's own coordinates.
-  static GdkRectangle gdkPlace(const Screen& screen) {
-    const PixelSpace space = PixelSpace::current();
+  static GdkRectangle gdkPlace(const Screen& screen, const Monitors& monitors) {
+    const PixelSpace space = monitors.pixelSpace();
     return {static_cast<int>(space.originX + screen.bounds.x), static_cast<int>(space.originY + screen.bounds.y),
             static_cast<int>(screen.bounds.width), static_cast<int>(screen.bounds.height)};
   }
 
-  static bool managerKnowsDesktopWindows() {
-    return gdk_x11_screen_supports_net_wm_hint(gdk_screen_get_default(),
+  bool managerKnowsDesktopWindows() const {
+    return gdk_x11_screen_supports_net_wm_hint(gdk_display_get_default_screen(display_),
                                                gdk_atom_intern_static_string("_NET_WM_WINDOW_TYPE_DESKTOP"));
   }
 
   void prepareSurface() {
     const auto surface = window_.get_window();
     // The server itself fills what nobody has painted yet, from the moment the window appears.
-    GdkDisplay* const display = gdk_display_get_default();
-    XSetWindowBackground(gdk_x11_display_get_xdisplay(display), gdk_x11_window_get_xid(surface->gobj()),
-                         BlackPixel(gdk_x11_display_get_xdisplay(display), 0));
+    Display* const display = gdk_x11_display_get_xdisplay(display_);
+    XSetWindowBackground(display, gdk_x11_window_get_xid(surface->gobj()), BlackPixel(display, 0));
   }
 
-  GdkRectangle place_;
+  GdkDisplay* const display_;
+  const GdkRectangle place_;
   WallpaperSurface window_;
 };
 
 }  // namespace
 
 std::unique_ptr<WallpaperWindow> X11WallpaperWindows::make(const Screen& screen) {
-  return std::make_unique<X11WallpaperWindow>(screen);
+  return std::make_unique<X11WallpaperWindow>(screen, monitors_);
 }
 
 }  // namespace tavelle

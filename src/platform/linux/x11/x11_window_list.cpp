@@ -4,8 +4,6 @@
 #include <array>
 #include <limits>
 
-#include "platform/linux/toolkit/gdk_screens.h"
-
 namespace tavelle {
 namespace {
 
@@ -176,8 +174,8 @@ class X11WindowList::WindowRequest {
   PropertyRequest shadow_;
 };
 
-X11WindowList::X11WindowList(const XConnection& connection)
-    : connection_(connection), atoms_(internAtoms(connection, atomNames)) {}
+X11WindowList::X11WindowList(const XConnection& connection, const Monitors& monitors)
+    : connection_(connection), monitors_(monitors), atoms_(internAtoms(connection, atomNames)) {}
 
 std::optional<std::vector<WindowDescription>> X11WindowList::onScreen() const {
   PropertyRequest stacking(connection_, connection_.root(), atoms_[stackingList]);
@@ -191,7 +189,7 @@ std::optional<std::vector<WindowDescription>> X11WindowList::onScreen() const {
   const auto desktop = current.readFirst();
   const bool sweptAway = showing.readFirst() == 1U;
 
-  const PixelSpace space = PixelSpace::current();
+  const PixelSpace space = monitors_.pixelSpace();
   std::vector<WindowRequest> requests;
   requests.reserve(windows.size());
   std::for_each(windows.rbegin(), windows.rend(),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/linux/toolkit/monitors.h"
 #include "platform/linux/x11/x_connection.h"
 #include "platform/window_list.h"
 
@@ -9,7 +10,7 @@ namespace tavelle {
 /// server, whatever the number of windows: one for the list, one for all that is asked about the windows in it.
 class X11WindowList final : public WindowList {
  public:
-  explicit X11WindowList(const XConnection& connection);
+  X11WindowList(const XConnection& connection, const Monitors& monitors);
 
   std::optional<std::vector<WindowDescription>> onScreen() const override;
 
@@ -17,6 +18,7 @@ class X11WindowList final : public WindowList {
   class WindowRequest;
 
   const XConnection& connection_;
+  const Monitors& monitors_;
   const std::vector<xcb_atom_t> atoms_;
 };
 

@@ -13,9 +13,11 @@ constexpr std::uint32_t allDesktops = 0xFFFFFFFF;
 
 }  // namespace
 
-XConnection::XConnection()
-    : connection_(xcb_connect(gdk_display_get_name(gdk_display_get_default()), nullptr)),
-      root_(static_cast<xcb_window_t>(gdk_x11_get_default_root_xwindow())) {}
+XConnection::XConnection(GdkDisplay* display)
+    : display_(display),
+      connection_(xcb_connect(gdk_display_get_name(display), nullptr)),
+      root_(static_cast<xcb_window_t>(
+          GDK_WINDOW_XID(gdk_screen_get_root_window(gdk_display_get_default_screen(display))))) {}
 
 std::vector<xcb_atom_t> internAtoms(const XConnection& connection, std::span<const std::string_view> names) {
   using Request = XRequest<xcb_intern_atom_reply_t, xcb_intern_atom_cookie_t, xcb_intern_atom_reply>;

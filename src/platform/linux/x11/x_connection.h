@@ -1,5 +1,6 @@
 #pragma once
 
+#include <gdk/gdk.h>
 #include <xcb/xcb.h>
 
 #include <cstdint>
@@ -15,11 +16,14 @@
 
 namespace tavelle {
 
-/// A connection to the toolkit's display beside the toolkit's own: what goes wrong here, such as a question about a
-/// window that has just vanished, never reaches the toolkit's error handling. Main thread only.
+/// A connection to the X server of the toolkit's display beside the toolkit's own: what goes wrong here, such as a
+/// question about a window that has just vanished, never reaches the toolkit's error handling. Main thread only.
 class XConnection {
  public:
-  XConnection();
+  explicit XConnection(GdkDisplay* display);
+
+  /// A further connection to the same server.
+  XConnection another() const { return XConnection(display_); }
 
   xcb_connection_t* get() const { return connection_.get(); }
   xcb_window_t root() const { return root_; }
@@ -27,6 +31,7 @@ class XConnection {
   bool isAlive() const { return xcb_connection_has_error(get()) == 0; }
 
  private:
+  GdkDisplay* display_;
   std::unique_ptr<xcb_connection_t, FreeWith<xcb_disconnect>> connection_;
   xcb_window_t root_;
 };
