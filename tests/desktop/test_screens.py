@@ -35,7 +35,7 @@ def test_rebuilding_leaves_nothing_behind(playing, desktop, view):
                 len(os.listdir(f"/proc/{playing.process.pid}/fd")))
 
     start, loads = None, 2
-    for number in range(25):
+    for number in range(15):
         for change, screens in ((lambda: desktop.unplug("DUMMY1"), 1), (lambda: desktop.plug("DUMMY1", "1280x0"), 2)):
             change()
             loads += screens
@@ -44,8 +44,8 @@ def test_rebuilding_leaves_nothing_behind(playing, desktop, view):
             wait_until(lambda: len(playing.page_processes()) == 2 and view.places_in_sight() == [FIRST, SECOND], 20,
                        "the pages")
             start = resources()
-    assert len(playing.found("showing on ")) == 51
-    # 66 pages have gone since, so that whatever each of them might leave behind would show.
+    assert len(playing.found("showing on ")) == 31
+    # 36 pages have gone since, so that whatever each of them might leave behind would show.
     wait_until(lambda: all(now <= then + slack for now, then, slack in zip(resources(), start, (16, 0, 12))), 30,
                lambda: f"{resources()} windows, page processes and descriptors to come down to {start}")
     assert view.places_in_sight() == [FIRST, SECOND]
