@@ -31,7 +31,7 @@ bool Controller::trash(const Wallpaper& wallpaper) {
   }
   forget(wallpaper.name());
   log("deleted " + wallpaper.name());
-  if (wasOnShow) showNext();
+  if (wasOnShow) showAnother();
   return true;
 }
 

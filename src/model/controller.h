@@ -89,7 +89,7 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   void show(const Wallpaper& wallpaper);
   /// Shows the wallpaper that the user most likely wants now that the one on show has gone; with none left the plain
   /// desktop.
-  void showNext();
+  void showAnother();
   /// Replaces all wallpaper windows and their pages by new ones, one for each screen there is.
   void buildWindows();
   /// Brings the page at `index` to what the pause switch and the screen's covered flag ask for.

@@ -30,7 +30,7 @@ void Controller::show(const Wallpaper& wallpaper) {
   log("showing " + wallpaper.name());
 }
 
-void Controller::showNext() {
+void Controller::showAnother() {
   const auto all = wallpapers();
   const auto likely = quickList(all);
   if (!likely.empty()) return show(likely.front());
