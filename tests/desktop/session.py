@@ -94,8 +94,9 @@ class XView:
         found = []
         for window in self.windows():
             try:
-                if bytes(self.property(window, "_NET_WM_NAME")) == name.encode() and window.get_geometry().width > wider_than and (
-                        not in_sight or window.get_attributes().map_state == X.IsViewable):
+                if (bytes(self.property(window, "_NET_WM_NAME")) == name.encode()
+                        and window.get_geometry().width > wider_than
+                        and (not in_sight or window.get_attributes().map_state == X.IsViewable)):
                     found.append(window)
             except (error.BadWindow, error.BadDrawable):
                 pass
