@@ -49,7 +49,7 @@ class GtkDesktopServices final : public DesktopServices {
   std::unique_ptr<GtkApplication> application_;
   GtkAlerts alerts_;
   GtkOpenPanels openPanels_;
-  GtkStatusItems statusItems_{iconFolder()};
+  GtkStatusItems statusItems_{iconFolder(), server_->monitors()};
   LinuxWorkspace workspace_{*server_};
   LinuxDesktopPicture picture_{server_->monitors(), server_->xConnection()};
   AnnouncedPicture desktopPicture_{picture_};

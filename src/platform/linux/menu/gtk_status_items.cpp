@@ -13,8 +13,11 @@ namespace {
 
 class GtkStatusItem final : public StatusItem {
  public:
-  GtkStatusItem(const std::optional<std::filesystem::path>& icons, std::function<void(MenuItems&)> menuNeedsUpdate)
-      : menuNeedsUpdate_(std::move(menuNeedsUpdate)), icon_(icons, [this](const auto& place) { toggle(place); }) {}
+  GtkStatusItem(const std::optional<std::filesystem::path>& icons, const Monitors& monitors,
+                std::function<void(MenuItems&)> menuNeedsUpdate)
+      : monitors_(monitors),
+        menuNeedsUpdate_(std::move(menuNeedsUpdate)),
+        icon_(icons, monitors, [this](const auto& place) { toggle(place); }) {}
 
   GtkStatusItem(const GtkStatusItem&) = delete;
   GtkStatusItem& operator=(const GtkStatusItem&) = delete;
@@ -37,7 +40,7 @@ class GtkStatusItem final : public StatusItem {
 
   /// While there is no menu: the list serves one at a time.
   void open(const std::optional<Gdk::Rectangle>& place, bool onList) {
-    menu_ = std::make_unique<GtkStatusMenu>(items_, [this, place](bool wasOnList) {
+    menu_ = std::make_unique<GtkStatusMenu>(items_, monitors_, [this, place](bool wasOnList) {
       // Not while the toolkit is still at the event that has made the menu grow.
       reopening_ = Glib::signal_idle().connect([this, place, wasOnList] {
         menu_.reset();
@@ -48,6 +51,7 @@ class GtkStatusItem final : public StatusItem {
     menu_->popUp(place, onList);
   }
 
+  const Monitors& monitors_;
   const std::function<void(MenuItems&)> menuNeedsUpdate_;
   MenuItems items_;
   std::unique_ptr<GtkStatusMenu> menu_;
@@ -57,12 +61,13 @@ class GtkStatusItem final : public StatusItem {
 
 }  // namespace
 
-GtkStatusItems::GtkStatusItems(std::optional<std::filesystem::path> icons) : icons_(std::move(icons)) {
+GtkStatusItems::GtkStatusItems(std::optional<std::filesystem::path> icons, const Monitors& monitors)
+    : icons_(std::move(icons)), monitors_(monitors) {
   installMenuStyle();
 }
 
 std::unique_ptr<StatusItem> GtkStatusItems::make(std::function<void(MenuItems&)> menuNeedsUpdate) {
-  return std::make_unique<GtkStatusItem>(icons_, std::move(menuNeedsUpdate));
+  return std::make_unique<GtkStatusItem>(icons_, monitors_, std::move(menuNeedsUpdate));
 }
 
 }  // namespace tavelle

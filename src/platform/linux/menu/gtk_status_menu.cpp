@@ -16,7 +16,7 @@
 #include "platform/linux/handles.h"
 #include "platform/linux/menu/list_menu_item.h"
 #include "platform/linux/menu/menu_items.h"
-#include "platform/linux/toolkit/gdk_screens.h"
+#include "platform/linux/toolkit/monitors.h"
 
 namespace tavelle {
 namespace {
@@ -123,8 +123,8 @@ void GtkStatusMenu::Anchor::tell() {
   if (const auto ready = std::exchange(ready_, nullptr)) ready();
 }
 
-GtkStatusMenu::GtkStatusMenu(const MenuItems& menu, std::function<void(bool)> outgrown)
-    : outgrown_(std::move(outgrown)) {
+GtkStatusMenu::GtkStatusMenu(const MenuItems& menu, const Monitors& monitors, std::function<void(bool)> outgrown)
+    : monitors_(monitors), outgrown_(std::move(outgrown)) {
   useMenuStyle(*this);
   for (const MenuItem& item : menu) {
     if (item.kind == MenuItem::Kind::list) {
@@ -144,7 +144,7 @@ GtkStatusMenu::~GtkStatusMenu() {
 }
 
 void GtkStatusMenu::popUp(const std::optional<Gdk::Rectangle>& place, bool onList) {
-  if (isWaylandDisplay(gdk_display_get_default())) return popUpOnLayer(place, onList);
+  if (isWaylandDisplay(monitors_.display())) return popUpOnLayer(place, onList);
   place_ = place ? *place : pointerPlace();
   attempts_ = 0;
   tryToPopUp();
@@ -153,9 +153,9 @@ void GtkStatusMenu::popUp(const std::optional<Gdk::Rectangle>& place, bool onLis
 void GtkStatusMenu::popUpOnLayer(const std::optional<Gdk::Rectangle>& place, bool onList) {
   const bool known = place && !isCountedFromIcon(*place);
   GdkMonitor* const monitor =
-      known ? monitorAt({static_cast<double>(place->get_x()), static_cast<double>(place->get_y())}) : monitorAt({});
+      monitors_.at(known ? Point{static_cast<double>(place->get_x()), static_cast<double>(place->get_y())} : Point{});
   if (!monitor) return;
-  const Rect screen = placesOf({monitor}).front();
+  const Rect screen = monitors_.placeOf(monitor);
   // Only the compositor knows where the pointer is, so it is the corner where most panels have their icons.
   const int left = known ? place->get_x() - static_cast<int>(screen.x) : static_cast<int>(screen.width) - 1;
   const int top = known ? place->get_y() - static_cast<int>(screen.y) : 0;

@@ -13,13 +13,14 @@
 namespace tavelle {
 
 class ListMenuItem;
+class Monitors;
 
 /// A menu of the program's, on the screen.
 class GtkStatusMenu final : public Gtk::Menu {
  public:
-  /// `menu` must outlive this. `outgrown` is called, with whether the list is the selected item, after the menu has
-  /// closed since it has outgrown its place: an open one can't be moved on Wayland.
-  GtkStatusMenu(const MenuItems& menu, std::function<void(bool onList)> outgrown);
+  /// `menu` and `monitors` must outlive this. `outgrown` is called, with whether the list is the selected item, after
+  /// the menu has closed since it has outgrown its place: an open one can't be moved on Wayland.
+  GtkStatusMenu(const MenuItems& menu, const Monitors& monitors, std::function<void(bool onList)> outgrown);
   GtkStatusMenu(const GtkStatusMenu&) = delete;
   GtkStatusMenu& operator=(const GtkStatusMenu&) = delete;
   ~GtkStatusMenu() override;
@@ -44,6 +45,7 @@ class GtkStatusMenu final : public Gtk::Menu {
   bool fitsBelow() const;
   bool isOnList() const;
 
+  const Monitors& monitors_;
   const std::function<void(bool)> outgrown_;
   Gdk::Rectangle place_;
   /// Where windows can't be placed otherwise.

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/linux/toolkit/gdk_screens.h"
+#include "platform/linux/toolkit/monitors.h"
 
 namespace tavelle {
 namespace {
@@ -26,8 +26,9 @@ void makeKnown(const std::filesystem::path& icons) {
 
 }  // namespace
 
-TrayIcon::TrayIcon(const std::optional<std::filesystem::path>& icons, Clicked clicked)
-    : clicked_(std::move(clicked)),
+TrayIcon::TrayIcon(const std::optional<std::filesystem::path>& icons, const Monitors& monitors, Clicked clicked)
+    : monitors_(monitors),
+      clicked_(std::move(clicked)),
       item_(
           icons.value_or(""), [this](int x, int y) { clickedOnBus(x, y); }, [this](bool shown) { shownOnBus(shown); }) {
   if (icons) makeKnown(*icons);
@@ -40,7 +41,7 @@ void TrayIcon::shownOnBus(bool shown) {
   lastPlace_.reset();
   patience_.disconnect();
   if (shown) return embedded_.reset();
-  if (isWaylandDisplay(gdk_display_get_default())) return;
+  if (isWaylandDisplay(monitors_.display())) return;
   patience_ = Glib::signal_timeout().connect(
       [this] {
         embedded_ = std::make_unique<EmbeddedIcon>([this] { performClick(); });

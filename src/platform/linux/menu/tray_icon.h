@@ -13,6 +13,8 @@
 
 namespace tavelle {
 
+class Monitors;
+
 /// The program's icon in the desktop's panel. It is shown through the session bus (StatusNotifierItem) where a panel
 /// takes icons so, else in the X server's system tray; where neither is there, in whichever of the two comes first. It
 /// comes back by itself after the panel has been restarted. Never blocks on a panel. Main thread only.
@@ -24,8 +26,9 @@ class TrayIcon {
   using Clicked = std::function<void(const std::optional<Gdk::Rectangle>& place)>;
 
   /// `icons` is a folder of icon themes that holds the program's own icons; without one the icon is a generic one.
-  /// `clicked` hears of each click with the first or the second button and each activation by keyboard.
-  TrayIcon(const std::optional<std::filesystem::path>& icons, Clicked clicked);
+  /// The system tray is tried only where the `monitors`, which outlive this, are an X server's. `clicked` hears of each
+  /// click with the first or the second button and each activation by keyboard.
+  TrayIcon(const std::optional<std::filesystem::path>& icons, const Monitors& monitors, Clicked clicked);
   TrayIcon(const TrayIcon&) = delete;
   TrayIcon& operator=(const TrayIcon&) = delete;
   /// Takes the icon out of the panel.
@@ -39,6 +42,7 @@ class TrayIcon {
   void shownOnBus(bool shown);
   void clickedOnBus(int x, int y);
 
+  const Monitors& monitors_;
   const Clicked clicked_;
   std::optional<Gdk::Rectangle> lastPlace_;
   std::unique_ptr<EmbeddedIcon> embedded_;

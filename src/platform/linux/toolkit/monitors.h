@@ -84,10 +84,6 @@ class Monitors {
 /// Whether the display is a Wayland compositor, where menus and wallpapers are layers, rather than an X server.
 bool isWaylandDisplay(GdkDisplay* display);
 
-inline GdkMonitor* monitorAt(const Point& point) { return Monitors(gdk_display_get_default()).at(point); }
-
-inline std::vector<Rect> placesOf(const std::vector<GdkMonitor*>& monitors) { return Monitors::placesOf(monitors); }
-
 inline Rect rectOf(const GdkRectangle& rectangle) {
   return {static_cast<double>(rectangle.x), static_cast<double>(rectangle.y), static_cast<double>(rectangle.width),
           static_cast<double>(rectangle.height)};
