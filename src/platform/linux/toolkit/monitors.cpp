@@ -5,17 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/linux/toolkit/output_description.h"
-
 namespace tavelle {
-namespace {
-
-bool isAtOrigin(GdkMonitor* monitor) {
-  const Rect place = Monitors::placeOf(monitor);
-  return place.x == 0 && place.y == 0;
-}
-
-}  // namespace
 
 Rect PixelSpace::toPixels(const Rect& global) const {
   return {(originX + global.x) * scale, (originY + global.y) * scale, global.width * scale, global.height * scale};
@@ -45,7 +35,10 @@ std::vector<GdkMonitor*> Monitors::all() const {
   std::vector<GdkMonitor*> all;
   all.reserve(static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i) all.push_back(gdk_display_get_monitor(display_, i));
-  std::stable_partition(all.begin(), all.end(), isAtOrigin);
+  std::stable_partition(all.begin(), all.end(), [this](GdkMonitor* each) {
+    const Rect place = placeOf(each);
+    return place.x == 0 && place.y == 0;
+  });
   std::stable_partition(all.begin(), all.end(), gdk_monitor_is_primary);
   return all;
 }
@@ -57,23 +50,23 @@ Registration Monitors::onChange(std::function<void()> changed) {
   return registration;
 }
 
-std::string Monitors::nameOf(GdkMonitor* monitor) {
-  const OutputDescription* const told = toldOf(monitor);
-  if (told && !told->name.empty()) return told->name;
+std::string Monitors::nameOf(GdkMonitor* monitor) const {
+  const auto described = described_.find(monitor);
+  if (described != described_.end() && !described->second.name.empty()) return described->second.name;
   // On X11 GDK gives the connector as the model, also of a monitor that tells its own (seen with GTK 3.24).
   const char* const model = gdk_monitor_get_model(monitor);
   return model ? model : "";
 }
 
-Rect Monitors::placeOf(GdkMonitor* monitor) {
-  const OutputDescription* const told = toldOf(monitor);
-  if (told && !told->place.isEmpty()) return told->place;
+Rect Monitors::placeOf(GdkMonitor* monitor) const {
+  const auto described = described_.find(monitor);
+  if (described != described_.end() && !described->second.place.isEmpty()) return described->second.place;
   GdkRectangle geometry;
   gdk_monitor_get_geometry(monitor, &geometry);
   return rectOf(geometry);
 }
 
-std::vector<Rect> Monitors::placesOf(const std::vector<GdkMonitor*>& monitors) {
+std::vector<Rect> Monitors::placesOf(const std::vector<GdkMonitor*>& monitors) const {
   std::vector<Rect> places;
   places.reserve(monitors.size());
   for (GdkMonitor* monitor : monitors) places.push_back(placeOf(monitor));
@@ -107,6 +100,11 @@ GdkMonitor* Monitors::at(const Point& point) const {
   const auto found =
       std::find_if(monitors.begin(), monitors.end(), [&](GdkMonitor* each) { return placeOf(each).contains(point); });
   return found == monitors.end() ? monitors.front() : *found;
+}
+
+void Monitors::describe(GdkMonitor* monitor, const OutputDescription& description) {
+  described_[monitor] = description;
+  calls_.soon();
 }
 
 Rect Monitors::mainPlace() const {
@@ -148,6 +146,7 @@ void Monitors::added(GdkDisplay* /*display*/, GdkMonitor* monitor, Monitors* sel
 void Monitors::removed(GdkDisplay* /*display*/, GdkMonitor* monitor, Monitors* self) {
   g_signal_handlers_disconnect_by_data(monitor, self);
   std::erase_if(self->listenedTo_, [=](const auto& each) { return each.get() == monitor; });
+  self->described_.erase(monitor);
   changed(self);
 }
 

@@ -3,6 +3,7 @@
 #include <gdk/gdk.h>
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -28,6 +29,14 @@ struct PixelSpace {
   double scale;
 };
 
+/// What a Wayland compositor itself tells of a monitor. What it has not told is empty.
+struct OutputDescription {
+  /// In the layout of all monitors, in logical pixels, which are GDK's coordinates.
+  Rect place;
+  /// What the compositor calls it, which is its connector.
+  std::string name;
+};
+
 /// The monitors of the toolkit's display. What is told of a monitor is true until the main loop goes on. Main thread
 /// only.
 class Monitors {
@@ -46,11 +55,11 @@ class Monitors {
   /// Calls `changed` on the main loop after anything about the monitors may have changed, and once now.
   Registration onChange(std::function<void()> changed);
 
-  /// What the desktop calls it: the name of its connector. Empty when it has no name.
-  static std::string nameOf(GdkMonitor* monitor);
+  /// What the display server calls it: the name of its connector. Empty when it has no name.
+  std::string nameOf(GdkMonitor* monitor) const;
   /// Where it is, in GDK's coordinates.
-  static Rect placeOf(GdkMonitor* monitor);
-  static std::vector<Rect> placesOf(const std::vector<GdkMonitor*>& monitors);
+  Rect placeOf(GdkMonitor* monitor) const;
+  std::vector<Rect> placesOf(const std::vector<GdkMonitor*>& monitors) const;
   /// The smallest rectangle round all of them, in global display space; empty when there are none.
   Rect extent() const;
 
@@ -60,6 +69,10 @@ class Monitors {
   std::optional<int> numberOf(const Screen& screen) const;
   /// The one that holds the point, which is in GDK's coordinates, else the main one; null when there is none.
   GdkMonitor* at(const Point& point) const;
+
+  /// Has `description` count instead of what GDK says of the monitor, as far as it goes, for as long as there is such a
+  /// monitor.
+  void describe(GdkMonitor* monitor, const OutputDescription& description);
 
   /// Takes a rectangle in GDK's coordinates into global display space.
   Rect toGlobal(const Rect& inGdk) const;
@@ -78,6 +91,7 @@ class Monitors {
 
   GdkDisplay* const display_;
   std::vector<GObjectPtr<GdkMonitor>> listenedTo_;
+  std::map<GdkMonitor*, OutputDescription> described_;
   ChangeCalls calls_;
 };
 

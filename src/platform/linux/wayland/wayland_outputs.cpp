@@ -3,14 +3,13 @@
 #include <gdk/gdkwayland.h>
 #include <xdg-output-unstable-v1-client-protocol.h>
 
-#include "platform/linux/handles.h"
-#include "platform/linux/toolkit/output_description.h"
-
 namespace tavelle {
+
 class WaylandOutputs::Output {
  public:
-  Output(zxdg_output_manager_v1* manager, GdkMonitor* monitor)
-      : monitor_(retain(monitor)),
+  Output(zxdg_output_manager_v1* manager, Monitors& monitors, GdkMonitor* monitor)
+      : monitors_(monitors),
+        monitor_(monitor),
         handle_(zxdg_output_manager_v1_get_xdg_output(manager, gdk_wayland_monitor_get_wl_output(monitor))) {
     static constexpr zxdg_output_v1_listener listener{.logical_position = position,
                                                       .logical_size = size,
@@ -18,11 +17,7 @@ class WaylandOutputs::Output {
                                                       .name = name,
                                                       .description = ignoreEvent};
     zxdg_output_v1_add_listener(handle_.get(), &listener, this);
-    describe(monitor, &description_);
   }
-  Output(const Output&) = delete;
-  Output& operator=(const Output&) = delete;
-  ~Output() { describe(monitor_.get(), nullptr); }
 
  private:
   static void position(void* self, zxdg_output_v1* /*handle*/, std::int32_t x, std::int32_t y) {
@@ -44,18 +39,19 @@ class WaylandOutputs::Output {
   template <typename Change>
   void change(Change apply) {
     apply(description_);
-    // Whoever listens to the monitor may have looked at it before this was told.
-    g_object_notify(G_OBJECT(monitor_.get()), "geometry");
+    monitors_.describe(monitor_, description_);
   }
 
-  const GObjectPtr<GdkMonitor> monitor_;
+  Monitors& monitors_;
+  GdkMonitor* const monitor_;
   const WlPtr<zxdg_output_v1> handle_;
   OutputDescription description_;
 };
 
-WaylandOutputs::WaylandOutputs(const WaylandGlobals& globals, GdkDisplay* display)
-    : display_(display), manager_(globals.bind<zxdg_output_manager_v1>(zxdg_output_manager_v1_interface, 1)) {
+WaylandOutputs::WaylandOutputs(const WaylandGlobals& globals, Monitors& monitors)
+    : monitors_(monitors), manager_(globals.bind<zxdg_output_manager_v1>(zxdg_output_manager_v1_interface, 1)) {
   if (!manager_) return;
+  GdkDisplay* const display = monitors.display();
   g_signal_connect(display, "monitor-added", G_CALLBACK(added), this);
   g_signal_connect(display, "monitor-removed", G_CALLBACK(removed), this);
   for (int i = 0; i < gdk_display_get_n_monitors(display); ++i) {
@@ -64,11 +60,11 @@ WaylandOutputs::WaylandOutputs(const WaylandGlobals& globals, GdkDisplay* displa
   globals.settle();
 }
 
-WaylandOutputs::~WaylandOutputs() { g_signal_handlers_disconnect_by_data(display_, this); }
+WaylandOutputs::~WaylandOutputs() { g_signal_handlers_disconnect_by_data(monitors_.display(), this); }
 
 void WaylandOutputs::added(GdkDisplay* /*display*/, GdkMonitor* monitor, WaylandOutputs* self) {
   auto& output = self->outputs_[monitor];
-  if (!output) output = std::make_unique<Output>(self->manager_.get(), monitor);
+  if (!output) output = std::make_unique<Output>(self->manager_.get(), self->monitors_, monitor);
 }
 
 void WaylandOutputs::removed(GdkDisplay* /*display*/, GdkMonitor* monitor, WaylandOutputs* self) {

@@ -20,7 +20,7 @@ bool compositorHasLayers() {
 
 WaylandServer::WaylandServer(GdkDisplay* display)
     : monitors_(display),
-      outputs_(WaylandGlobals(gdk_wayland_display_get_wl_display(display)), display),
+      outputs_(WaylandGlobals(gdk_wayland_display_get_wl_display(display)), monitors_),
       workAreas_(waylandWorkAreas(monitors_)) {}
 
 Registration WaylandServer::onWindowEvent(std::function<void()> happened) {
