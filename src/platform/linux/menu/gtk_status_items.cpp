@@ -1,41 +1,92 @@
 #include "platform/linux/menu/gtk_status_items.h"
 
+#include <gdkmm/rectangle.h>
 #include <glibmm/main.h>
+#include <glibmm/ustring.h>
+#include <gtkmm/icontheme.h>
+#include <sigc++/connection.h>
 
+#include <algorithm>
+#include <chrono>
+#include <memory>
 #include <utility>
+#include <vector>
 
+#include "platform/linux/menu/embedded_icon.h"
 #include "platform/linux/menu/gtk_status_menu.h"
 #include "platform/linux/menu/menu_items.h"
-#include "platform/linux/menu/tray_icon.h"
+#include "platform/linux/menu/status_notifier_item.h"
+#include "platform/linux/toolkit/monitors.h"
 
 namespace tavelle {
 namespace {
 
+/// How long a panel that starts, or starts again, has to take the icon over the bus before the other way is tried.
+constexpr std::chrono::duration<unsigned, std::milli> busPatience{2000};
+
+/// Once installed, the icons are where the toolkit looks anyway.
+void makeKnown(const std::filesystem::path& icons) {
+  const auto theme = Gtk::IconTheme::get_default();
+  const std::vector<Glib::ustring> known = theme->get_search_path();
+  if (std::find(known.begin(), known.end(), Glib::ustring(icons.native())) == known.end())
+    theme->append_search_path(icons.native());
+}
+
+/// The icon is shown through the session bus where a panel takes icons so, else in the X server's system tray; where
+/// neither is there, in whichever of the two comes first. It comes back by itself after the panel has been restarted.
+/// Never blocks on a panel.
 class GtkStatusItem final : public StatusItem {
  public:
+  /// Without `icons` the icon is a generic one.
   GtkStatusItem(const std::optional<std::filesystem::path>& icons, const Monitors& monitors,
                 std::function<void(MenuItems&)> menuNeedsUpdate)
       : monitors_(monitors),
         menuNeedsUpdate_(std::move(menuNeedsUpdate)),
-        icon_(icons, monitors, [this](const auto& place) { toggle(place); }) {}
+        onBus_(
+            icons.value_or(""), [this](int x, int y) { clickedOnBus(x, y); },
+            [this](bool shown) { shownOnBus(shown); }) {
+    if (icons) makeKnown(*icons);
+    shownOnBus(false);
+  }
 
   GtkStatusItem(const GtkStatusItem&) = delete;
   GtkStatusItem& operator=(const GtkStatusItem&) = delete;
-  ~GtkStatusItem() override { reopening_.disconnect(); }
+  ~GtkStatusItem() override {
+    reopening_.disconnect();
+    waiting_.disconnect();
+  }
 
-  void performClick() override { icon_.performClick(); }
-  bool isMenuOpen() const override { return menu_ && menu_->get_visible(); }
-
- private:
   /// A second click on the icon closes the menu, where the panel tells of it.
-  void toggle(const std::optional<Gdk::Rectangle>& place) {
+  void performClick() override {
     if (isMenuOpen()) return menu_->popdown();
     // It would open the menu before, where that was.
     reopening_.disconnect();
     menu_.reset();
     items_.clear();
     menuNeedsUpdate_(items_);
-    open(place, false);
+    open(embedded_ ? embedded_->place() : lastPlace_, false);
+  }
+
+  bool isMenuOpen() const override { return menu_ && menu_->get_visible(); }
+
+ private:
+  void clickedOnBus(int x, int y) {
+    // What panels send that don't know: no icon is only one pixel away from the corner.
+    if (x != 0 || y != 0) lastPlace_ = Gdk::Rectangle(x, y, 1, 1);
+    performClick();
+  }
+
+  void shownOnBus(bool shown) {
+    lastPlace_.reset();
+    waiting_.disconnect();
+    if (shown) return embedded_.reset();
+    if (isWaylandDisplay(monitors_.display())) return;
+    waiting_ = Glib::signal_timeout().connect(
+        [this] {
+          embedded_ = std::make_unique<EmbeddedIcon>([this] { performClick(); });
+          return false;
+        },
+        busPatience.count());
   }
 
   /// While there is no menu: the list serves one at a time.
@@ -56,7 +107,12 @@ class GtkStatusItem final : public StatusItem {
   MenuItems items_;
   std::unique_ptr<GtkStatusMenu> menu_;
   sigc::connection reopening_;
-  TrayIcon icon_;
+  /// Where the icon was clicked last on the bus, which tells no more of its place; a rectangle of one pixel.
+  std::optional<Gdk::Rectangle> lastPlace_;
+  /// Only while no panel shows the icon of the bus.
+  std::unique_ptr<EmbeddedIcon> embedded_;
+  sigc::connection waiting_;
+  StatusNotifierItem onBus_;
 };
 
 }  // namespace
