@@ -33,7 +33,7 @@ void MenuRow::mouseUp(const Point& point) {
 }
 
 std::optional<Accessibility> MenuRow::accessibility() const {
-  return Accessibility{Accessibility::Role::menuItem, content_.title, content_.checked};
+  return Accessibility{.label = content_.title, .checked = content_.checked, .focused = hovered_};
 }
 
 bool MenuRow::accessibilityPerformPress() {

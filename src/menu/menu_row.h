@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "menu/view.h"
+#include "platform/view.h"
 
 namespace tavelle {
 

@@ -21,7 +21,7 @@ std::shared_ptr<WallpaperListView> WallpaperListView::make(Content content, Pend
 }
 
 WallpaperListView::WallpaperListView(Key, Content content, PendingCalls& calls, Choose choose)
-    : View({0, 0, content.width, startHeight}, Autoresizing::widthFollowsSuperview),
+    : MenuList({0, 0, content.width, startHeight}, Autoresizing::widthFollowsSuperview),
       all_(std::move(content.all)),
       quick_(std::move(content.quick)),
       current_(std::move(content.current)),
@@ -94,7 +94,7 @@ void WallpaperListView::addScrollingList() {
   if (place.maxY() > scrollBoxHeight) scrollView_->scrollTo(place.y - scrollBoxHeight / 2);
 }
 
-void WallpaperListView::scrollToVisible(const MenuRow& row) {
+void WallpaperListView::scrollToVisible(const View& row) {
   if (scrollView_ && row.superview() != this) scrollView_->scrollToVisible(row.frame());
 }
 

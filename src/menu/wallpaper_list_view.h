@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "menu/menu_row.h"
-#include "menu/view.h"
 #include "model/wallpaper.h"
+#include "platform/view.h"
 
 namespace tavelle {
 
@@ -21,7 +21,7 @@ class FlippedView final : public View {
 
 /// The wallpapers as rows of a menu, the one on show with a check mark: a short quick list, or the whole library, in a
 /// box that scrolls when it is long. A last row changes from one to the other while the menu stays open.
-class WallpaperListView final : public View {
+class WallpaperListView final : public MenuList {
   struct Key {};
 
  public:
@@ -50,13 +50,12 @@ class WallpaperListView final : public View {
   static std::shared_ptr<WallpaperListView> make(Content content, PendingCalls& calls, Choose choose);
   WallpaperListView(Key, Content content, PendingCalls& calls, Choose choose);
 
-  /// All rows from the first to the last, those out of sight among them; good until the next `rebuild`. Where one lies
-  /// tells `row->convert(row->bounds(), list)`: what is scrolled out of the box lies outside of the box.
+  /// All rows from the first to the last, those out of sight among them; good until the next `rebuild`.
   const std::vector<MenuRow*>& rows() const { return rows_; }
-  /// The box that scrolls; none when all rows stand in the list itself.
-  ScrollView* scrollView() const { return scrollView_; }
-  /// Scrolls the box so that the row is in sight.
-  void scrollToVisible(const MenuRow& row);
+  std::size_t rowCount() const override { return rows_.size(); }
+  View& row(std::size_t index) const override { return *rows_[index]; }
+  ScrollView* scrollView() const override { return scrollView_; }
+  void scrollToVisible(const View& row) override;
 
   /// Makes all rows anew and gives the view their height.
   void rebuild();

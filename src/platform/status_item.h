@@ -8,7 +8,7 @@
 
 namespace tavelle {
 
-class WallpaperListView;
+class MenuList;
 struct MenuItem;
 
 /// The items of a menu from top to bottom.
@@ -27,7 +27,7 @@ struct MenuItem {
   /// Opens beside the item, when it is not empty.
   MenuItems submenu{};
   /// What an item of the kind `list` shows, alive while the menu holds it.
-  std::shared_ptr<WallpaperListView> list{};
+  std::shared_ptr<MenuList> list{};
 };
 
 /// The program's icon in the desktop's panel, whose click opens the menu. It goes when this dies. Main thread only.

@@ -3,13 +3,13 @@
 // gtkmm has to come before the C headers.
 #include <gtk/gtk-a11y.h>
 
-#include <algorithm>
+#include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
-#include "menu/menu_row.h"
-#include "menu/wallpaper_list_view.h"
 #include "platform/linux/handles.h"
+#include "platform/view.h"
 
 // Objects of the accessibility toolkit are classes of the object system of C. Their data of C++ hangs on them by name,
 // so that its destructors run.
@@ -38,25 +38,33 @@ void attach(gpointer object, std::unique_ptr<Data> data) {
 struct RowData {
   static constexpr auto key = "tavelle-row";
 
-  RowData(std::weak_ptr<WallpaperListView> of, std::size_t at) : list(std::move(of)), index(at) {}
+  RowData(std::weak_ptr<MenuList> of, std::size_t at) : list(std::move(of)), index(at) {}
 
-  std::weak_ptr<WallpaperListView> list;
+  std::weak_ptr<MenuList> list;
   std::size_t index;
+  /// As it was told last, for whoever asked.
+  std::string name{};
 
   /// None when the list has gone or has other rows by now.
-  MenuRow* row(AtkObject* accessible) const {
+  View* row(AtkObject* accessible) const {
     const auto held = list.lock();
     // An object that the list has let go of stands for a row that is no more.
-    if (!held || !atk_object_get_parent(accessible) || index >= held->rows().size()) return nullptr;
-    return held->rows()[index];
+    if (!held || !atk_object_get_parent(accessible) || index >= held->rowCount()) return nullptr;
+    return &held->row(index);
   }
 };
 
-MenuRow* rowOf(AtkObject* accessible) { return dataOf<RowData>(accessible).row(accessible); }
+View* rowOf(AtkObject* accessible) { return dataOf<RowData>(accessible).row(accessible); }
 
-/// The row's place in the item that shows the list; empty when there is none.
+std::optional<Accessibility> toldOf(AtkObject* accessible) {
+  const View* const row = rowOf(accessible);
+  return row ? row->accessibility() : std::nullopt;
+}
+
+/// The row's place in the item that shows the list, outside of it when it is scrolled out of sight; empty when there is
+/// none.
 Rect placeInItem(AtkObject* accessible) {
-  const MenuRow* const row = rowOf(accessible);
+  const View* const row = rowOf(accessible);
   const auto list = dataOf<RowData>(accessible).list.lock();
   return row ? row->convert(row->bounds(), *list) : Rect{};
 }
@@ -67,14 +75,16 @@ bool isInSight(AtkObject* accessible) {
 }
 
 const char* nameOfRow(AtkObject* accessible) {
-  const MenuRow* const row = rowOf(accessible);
-  return row ? row->title().c_str() : "";
+  const auto told = toldOf(accessible);
+  std::string& name = dataOf<RowData>(accessible).name;
+  name = told ? told->label : "";
+  return name.c_str();
 }
 
 AtkStateSet* statesOfRow(AtkObject* accessible) {
   AtkStateSet* const states = atk_state_set_new();
-  const MenuRow* const row = rowOf(accessible);
-  if (!row) {
+  const auto told = toldOf(accessible);
+  if (!told) {
     atk_state_set_add_state(states, ATK_STATE_DEFUNCT);
     return states;
   }
@@ -83,8 +93,8 @@ AtkStateSet* statesOfRow(AtkObject* accessible) {
     atk_state_set_add_state(states, state);
   }
   if (isInSight(accessible)) atk_state_set_add_state(states, ATK_STATE_SHOWING);
-  if (row->checked()) atk_state_set_add_state(states, ATK_STATE_CHECKED);
-  if (row->hovered()) {
+  if (told->checked) atk_state_set_add_state(states, ATK_STATE_CHECKED);
+  if (told->focused) {
     atk_state_set_add_state(states, ATK_STATE_FOCUSED);
     atk_state_set_add_state(states, ATK_STATE_SELECTED);
   }
@@ -98,7 +108,7 @@ gint countActions(AtkAction* /*action*/) { return 1; }
 const gchar* nameOfAction(AtkAction* /*action*/, gint index) { return index == 0 ? "press" : nullptr; }
 
 gboolean perform(AtkAction* action, gint index) {
-  MenuRow* const row = rowOf(ATK_OBJECT(action));
+  View* const row = rowOf(ATK_OBJECT(action));
   return row && index == 0 && row->accessibilityPerformPress();
 }
 
@@ -155,7 +165,7 @@ GType rowType() {
 struct ListData {
   static constexpr auto key = "tavelle-list";
 
-  std::weak_ptr<WallpaperListView> list;
+  std::weak_ptr<MenuList> list;
   /// Made as they are asked for.
   std::vector<GObjectPtr<AtkObject>> rows{};
 
@@ -165,14 +175,14 @@ struct ListData {
     }
   }
   ~ListData() { forget(); }
-  explicit ListData(std::weak_ptr<WallpaperListView> shown) : list(std::move(shown)) {}
+  explicit ListData(std::weak_ptr<MenuList> shown) : list(std::move(shown)) {}
   ListData(const ListData&) = delete;
   ListData& operator=(const ListData&) = delete;
 };
 
 gint countRows(AtkObject* accessible) {
   const auto list = dataOf<ListData>(accessible).list.lock();
-  return list ? static_cast<gint>(list->rows().size()) : 0;
+  return list ? static_cast<gint>(list->rowCount()) : 0;
 }
 
 AtkObject* refRow(AtkObject* accessible, gint index) {
@@ -213,7 +223,7 @@ AtkObject* accessibleOf(Gtk::MenuItem& item) { return gtk_widget_get_accessible(
 
 }  // namespace
 
-void describeToAssistiveTechnology(Gtk::MenuItem& item, const std::shared_ptr<WallpaperListView>& list) {
+void describeToAssistiveTechnology(Gtk::MenuItem& item, const std::shared_ptr<MenuList>& list) {
   gtk_widget_class_set_accessible_type(GTK_WIDGET_GET_CLASS(item.gobj()), listType());
   AtkObject* const accessible = accessibleOf(item);
   attach(accessible, std::make_unique<ListData>(list));
@@ -227,12 +237,9 @@ void forgetRows(Gtk::MenuItem& item) {
   g_signal_emit_by_name(accessible, "visible-data-changed");
 }
 
-void tellFocus(Gtk::MenuItem& item, const MenuRow& row) {
+void tellFocus(Gtk::MenuItem& item, std::size_t row) {
   AtkObject* const accessible = accessibleOf(item);
-  const auto list = dataOf<ListData>(accessible).list.lock();
-  const auto& rows = list->rows();
-  const auto found = std::find(rows.begin(), rows.end(), &row);
-  const auto focused = adopt(refRow(accessible, static_cast<gint>(found - rows.begin())));
+  const auto focused = adopt(refRow(accessible, static_cast<gint>(row)));
   atk_object_notify_state_change(focused.get(), ATK_STATE_FOCUSED, TRUE);
   g_signal_emit_by_name(accessible, "active-descendant-changed", focused.get());
 }

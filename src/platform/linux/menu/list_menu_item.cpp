@@ -25,8 +25,8 @@ double wheelStep(double page) { return std::pow(page, 2.0 / 3.0); }
 
 }  // namespace
 
-ListMenuItem::ListMenuItem(std::shared_ptr<WallpaperListView> list, GtkStatusMenu& menu)
-    : Glib::ObjectBase("TavelleListMenuItem"), list_(std::move(list)), menu_(menu) {
+ListMenuItem::ListMenuItem(std::shared_ptr<MenuList> list, GtkStatusMenu& menu)
+    : Glib::ObjectBase("TavelleListMenuItem"), list_(std::move(list)), width_(list_->frame().width), menu_(menu) {
   add_events(Gdk::SCROLL_MASK | Gdk::SMOOTH_SCROLL_MASK | Gdk::POINTER_MOTION_MASK);
   describeToAssistiveTechnology(*this, list_);
   signal_deselect().connect([this] { hover(nullptr); });
@@ -41,7 +41,7 @@ ListMenuItem::~ListMenuItem() {
 // --- Size and look
 
 void ListMenuItem::get_preferred_width_vfunc(int& minimum, int& natural) const {
-  minimum = natural = static_cast<int>(WallpaperListView::Content{}.width);
+  minimum = natural = static_cast<int>(width_);
 }
 
 void ListMenuItem::get_preferred_height_vfunc(int& minimum, int& natural) const {
@@ -210,30 +210,28 @@ void ListMenuItem::fadeScroller() {
 
 std::optional<std::size_t> ListMenuItem::currentRow() const {
   const auto hovered = hovered_.lock();
-  const auto& rows = list_->rows();
-  const auto found = std::find_if(rows.begin(), rows.end(), [&](const MenuRow* row) { return row == hovered.get(); });
-  if (!hovered || found == rows.end()) return std::nullopt;
-  return static_cast<std::size_t>(found - rows.begin());
+  for (std::size_t row = 0; row < list_->rowCount(); ++row) {
+    if (&list_->row(row) == hovered.get()) return row;
+  }
+  return std::nullopt;
 }
 
-void ListMenuItem::walkTo(MenuRow& row) {
+void ListMenuItem::walkTo(std::size_t row) {
   pointer_.reset();
-  list_->scrollToVisible(row);
-  hover(&row);
+  list_->scrollToVisible(list_->row(row));
+  hover(&list_->row(row));
   tellFocus(*this, row);
 }
 
 void ListMenuItem::enterByKeyboard(End end) {
-  if (list_->rows().empty()) return;
-  walkTo(end == End::first ? *list_->rows().front() : *list_->rows().back());
+  if (list_->rowCount() > 0) walkTo(end == End::first ? 0 : list_->rowCount() - 1);
 }
 
 bool ListMenuItem::pressKey(guint key) {
-  const auto& rows = list_->rows();
   const auto current = currentRow();
   const auto stepTo = [&](std::size_t row) {
-    if (row >= rows.size()) return false;
-    walkTo(*rows[row]);
+    if (row >= list_->rowCount()) return false;
+    walkTo(row);
     return true;
   };
   switch (key) {
@@ -251,7 +249,7 @@ bool ListMenuItem::pressKey(guint key) {
     case GDK_KEY_KP_Space:
       if (current) {
         pointer_.reset();
-        rows[*current]->accessibilityPerformPress();
+        list_->row(*current).accessibilityPerformPress();
       }
       // The item as a whole has nothing to be chosen.
       return true;

@@ -6,19 +6,18 @@
 #include <memory>
 #include <optional>
 
-#include "menu/view.h"
-#include "menu/wallpaper_list_view.h"
+#include "platform/view.h"
 
 namespace tavelle {
 
 class GtkStatusMenu;
 
-/// Shows the wallpaper list as one item of a GTK menu, in the theme's font and colours, and brings it what pointer and
+/// Shows a list of rows as one item of a GTK menu, in the theme's font and colours, and brings it what pointer and
 /// keyboard do. Assistive technology finds each row of the list as a menu item of its own.
 class ListMenuItem final : public Gtk::MenuItem, MenuHost {
  public:
   /// For `menu`.
-  ListMenuItem(std::shared_ptr<WallpaperListView> list, GtkStatusMenu& menu);
+  ListMenuItem(std::shared_ptr<MenuList> list, GtkStatusMenu& menu);
   ListMenuItem(const ListMenuItem&) = delete;
   ListMenuItem& operator=(const ListMenuItem&) = delete;
   ~ListMenuItem() override;
@@ -51,14 +50,16 @@ class ListMenuItem final : public Gtk::MenuItem, MenuHost {
 
   void pointAt(double x, double y);
   void hover(View* view);
-  void walkTo(MenuRow& row);
+  void walkTo(std::size_t row);
   std::optional<std::size_t> currentRow() const;
   void scrollBy(double distance);
   void showScroller();
   void fadeScroller();
   const MenuTheme& theme();
 
-  const std::shared_ptr<WallpaperListView> list_;
+  const std::shared_ptr<MenuList> list_;
+  /// What the list wants, however wide the menu has made it since.
+  const double width_;
   GtkStatusMenu& menu_;
   std::optional<MenuTheme> theme_;
   /// What the pointer, or the keyboard, is on.

@@ -5,7 +5,7 @@
 
 #include <memory>
 
-#include "menu/view.h"
+#include "platform/view.h"
 
 namespace tavelle {
 

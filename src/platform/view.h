@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -38,13 +39,12 @@ class MenuHost {
   virtual void closeMenu() = 0;
 };
 
-/// What an assistive technology is told of a view.
+/// What an assistive technology is told of a view that it takes for an item of a menu.
 struct Accessibility {
-  enum class Role { menuItem };
-
-  Role role;
   std::string label;
   bool checked;
+  /// Whether a click, or the return key, would hit it.
+  bool focused;
 };
 
 /// A rectangle that draws and hears of the pointer, with further ones in it. Sizes are points; each view has
@@ -156,6 +156,21 @@ class ScrollView final : public View {
 
   View* document_ = nullptr;
   Scroller* scroller_ = nullptr;
+};
+
+/// What a menu shows as one of its items: rows one below the other, some of them in a box that scrolls.
+class MenuList : public View {
+ public:
+  using View::View;
+
+  /// Of all rows, those out of sight among them.
+  virtual std::size_t rowCount() const = 0;
+  /// From the first to the last. Good until the host hears of another size.
+  virtual View& row(std::size_t index) const = 0;
+  /// The box that scrolls; none when all rows stand in the list itself.
+  virtual ScrollView* scrollView() const = 0;
+  /// Scrolls the box so that the row is in sight.
+  virtual void scrollToVisible(const View& row) = 0;
 };
 
 }  // namespace tavelle

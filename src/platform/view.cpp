@@ -1,4 +1,4 @@
-#include "menu/view.h"
+#include "platform/view.h"
 
 #include <algorithm>
 #include <optional>
