@@ -6,8 +6,6 @@
 namespace tavelle {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 TEST(Launch, ChoosesTheStoredWallpaperThenTheBundledThenTheFirst) {
   using Case = std::tuple<const char*, Lines, const char*, std::string>;
   for (const auto& [what, library, stored, shown] : std::initializer_list<Case>{
@@ -31,15 +29,6 @@ TEST(Launch, ChoosesTheStoredWallpaperThenTheBundledThenTheFirst) {
     EXPECT_EQ(platform.defaults.string("wallpaper"), stored ? std::optional<std::string>(stored) : std::nullopt);
     EXPECT_TRUE(platform.desktopPicture.pictures.empty()) << what;
   }
-}
-
-TEST(Launch, MakingAControllerTouchesNothing) {
-  FakePlatform platform;
-  platform.files.put("/share/Wallpapers/Aurora/index.html");
-  { Controller controller(platform); }
-  EXPECT_FALSE(platform.files.exists("/home/Pictures"));
-  EXPECT_TRUE(platform.log().empty());
-  EXPECT_TRUE(platform.windows.made.empty());
 }
 
 }  // namespace

@@ -16,9 +16,7 @@ class FakeDefaults final : public UserDefaults {
   void set(std::string_view key, DefaultsValue value) override {
     values_.insert_or_assign(std::string(key), std::move(value));
   }
-  void remove(std::string_view key) override {
-    if (const auto found = values_.find(key); found != values_.end()) values_.erase(found);
-  }
+  void remove(std::string_view key) override { values_.erase(std::string(key)); }
   Registration onTrouble(std::function<void(const std::string&)>) override { return {}; }
 
  private:

@@ -25,6 +25,12 @@
 
 namespace tavelle {
 
+/// Puts there what wants to be told, until the handle is dropped.
+inline Registration listen(std::function<void()>& there, std::function<void()> tell) {
+  there = std::move(tell);
+  return Registration([&there] { there = nullptr; });
+}
+
 struct FakeClock final : Clock {
   WallTime now() const override { return time; }
   WallTime time{};
@@ -56,10 +62,7 @@ struct FakeApplication final : Application {
 
 struct FakeWorkspace final : Workspace {
   void openFolder(const std::filesystem::path& folder) override { opened.push_back(folder); }
-  Registration onEvent(std::function<void()> tell) override {
-    happened = std::move(tell);
-    return Registration([this] { happened = nullptr; });
-  }
+  Registration onEvent(std::function<void()> tell) override { return listen(happened, std::move(tell)); }
   std::vector<std::filesystem::path> opened;
   std::function<void()> happened;
 };
@@ -80,32 +83,23 @@ struct FakeLoginItem final : LoginItem {
 
 struct FakeScreens final : Screens {
   std::vector<Screen> list() const override { return screens; }
-  Registration onChange(std::function<void()> tell) override {
-    changed = std::move(tell);
-    return Registration([this] { changed = nullptr; });
-  }
+  Registration onChange(std::function<void()> tell) override { return listen(changed, std::move(tell)); }
   std::vector<Screen> screens;
   std::function<void()> changed = [] {};
 };
 
-/// One whose menu opens when the test says so.
 struct FakeStatusItems final : StatusItems {
   struct Item final : StatusItem {
-    explicit Item(FakeStatusItems& to) : items(to) {}
-    void performClick() override { items.open(); }
-    bool isMenuOpen() const override { return items.isOpen; }
-    FakeStatusItems& items;
+    explicit Item(const bool& open) : isOpen(open) {}
+    void performClick() override {}
+    bool isMenuOpen() const override { return isOpen; }
+    const bool& isOpen;
   };
   std::unique_ptr<StatusItem> make(std::function<void(MenuItems&)> fill) override {
     menuNeedsUpdate = std::move(fill);
-    return std::make_unique<Item>(*this);
-  }
-  void open() {
-    menuNeedsUpdate(menu);
-    isOpen = true;
+    return std::make_unique<Item>(isOpen);
   }
   std::function<void(MenuItems&)> menuNeedsUpdate;
-  MenuItems menu;
   bool isOpen = false;
 };
 

@@ -52,12 +52,6 @@ Result<void> FakeFiles::copyFile(const fs::path& from, const fs::path& to) {
   return isFolder(from) ? Error{"not a file"} : copy(from, to);
 }
 
-Result<void> FakeFiles::trash(const fs::path& path) {
-  if (!exists(path) || isFull(path)) return Error{"can't trash"};
-  remove(path);
-  return {};
-}
-
 Result<std::string> FakeFiles::read(const fs::path& path) const {
   if (!exists(path)) return Error{"no such file", Error::Kind::notFound};
   if (isFolder(path)) return Error{"can't read"};

@@ -18,7 +18,7 @@ class FakeFiles final : public Files {
   Result<void> createFolders(const std::filesystem::path& folder) override;
   Result<void> copy(const std::filesystem::path& from, const std::filesystem::path& to) override;
   Result<void> copyFile(const std::filesystem::path& from, const std::filesystem::path& to) override;
-  Result<void> trash(const std::filesystem::path& path) override;
+  Result<void> trash(const std::filesystem::path& path) override { return remove(path), Result<void>(); }
   Result<std::string> read(const std::filesystem::path& path) const override;
   Result<void> write(const std::filesystem::path& path, std::string_view bytes) override;
   Result<void> append(const std::filesystem::path& path, std::string_view bytes) override;
@@ -28,7 +28,7 @@ class FakeFiles final : public Files {
   void remove(const std::filesystem::path& path);
   std::optional<std::string> content(const std::filesystem::path& path) const;
 
-  /// Objects that nothing can be written to or below, and that can't be moved.
+  /// Objects that nothing can be written to or below.
   std::set<std::filesystem::path> full;
 
  private:

@@ -14,6 +14,8 @@
 
 namespace tavelle {
 
+using Lines = std::vector<std::string>;
+
 /// A whole desktop in memory: two screens side by side, a home folder, packaged resources, a user who has seen the
 /// tutorial. Only the order of names and the types of files are the real ones.
 struct FakePlatform {
@@ -53,8 +55,8 @@ struct FakePlatform {
   }
 
   /// The event log's lines without their times.
-  std::vector<std::string> log() const {
-    std::vector<std::string> messages;
+  Lines log() const {
+    Lines messages;
     std::istringstream lines(files.content("/home/Library/Logs/Tavelle.log").value_or(""));
     for (std::string line; std::getline(lines, line);) messages.push_back(line.substr(26));
     return messages;

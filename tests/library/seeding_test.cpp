@@ -1,19 +1,13 @@
 #include <gtest/gtest.h>
 
-#include "fakes/fake_platform.h"
-#include "model/controller.h"
+#include "fakes/program_test.h"
 
 namespace tavelle {
 namespace {
 
-using Names = std::vector<std::string>;
-
-struct Seeding : testing::Test {
+struct Seeding : ProgramTest {
   void addSample(const std::string& name) { platform.files.put("/share/Wallpapers/" + name + "/index.html", name); }
-  Names seeded() const { return platform.defaults.stringArray("seededWallpapers"); }
-
-  FakePlatform platform;
-  Controller controller{platform};
+  Lines seeded() const { return platform.defaults.stringArray("seededWallpapers"); }
 };
 
 TEST_F(Seeding, CopiesEachSampleOnceEver) {
@@ -23,10 +17,10 @@ TEST_F(Seeding, CopiesEachSampleOnceEver) {
   for (const char* name : {"dunes", "Aurora", "Beach"}) addSample(name);
   platform.files.full = {controller.library() / "Aurora"};
   controller.seedLibraryIfEmpty();
-  EXPECT_EQ(seeded(), (Names{"Beach", "dunes"}));
+  EXPECT_EQ(seeded(), (Lines{"Beach", "dunes"}));
   platform.files.full.clear();
   controller.seedLibraryIfEmpty();
-  EXPECT_EQ(seeded(), (Names{"Aurora", "Beach", "dunes"}));
+  EXPECT_EQ(seeded(), (Lines{"Aurora", "Beach", "dunes"}));
   EXPECT_EQ(platform.files.content(controller.library() / "Beach/index.html"), "mine");
   EXPECT_EQ(platform.files.content(controller.library() / "dunes/index.html"), "dunes");
 
@@ -36,8 +30,8 @@ TEST_F(Seeding, CopiesEachSampleOnceEver) {
   EXPECT_FALSE(platform.files.exists(controller.library() / "Aurora"));
   platform.files.remove("/share/Wallpapers");
   controller.seedLibraryIfEmpty();
-  EXPECT_EQ(seeded(), (Names{"Aurora", "Beach", "Canyon", "dunes"}));
-  EXPECT_EQ(platform.log(), (Names{"couldn't add Aurora: disk full", "added the bundled dunes wallpaper",
+  EXPECT_EQ(seeded(), (Lines{"Aurora", "Beach", "Canyon", "dunes"}));
+  EXPECT_EQ(platform.log(), (Lines{"couldn't add Aurora: disk full", "added the bundled dunes wallpaper",
                                    "added the bundled Aurora wallpaper", "added the bundled Canyon wallpaper"}));
 }
 

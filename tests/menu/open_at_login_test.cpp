@@ -6,7 +6,6 @@
 namespace tavelle {
 namespace {
 
-using Lines = std::vector<std::string>;
 using enum LoginItemStatus;
 
 TEST(OpenAtLogin, FlipsTheRegistration) {

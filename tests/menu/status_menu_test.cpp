@@ -2,23 +2,16 @@
 
 #include <algorithm>
 
-#include "fakes/fake_platform.h"
-#include "model/controller.h"
+#include "fakes/program_test.h"
 #include "platform/status_item.h"
 
 namespace tavelle {
 namespace {
 
-using Lines = std::vector<std::string>;
-
-struct StatusMenu : testing::Test {
-  const MenuItems& menu() {
-    platform.statusItems.open();
-    platform.statusItems.isOpen = false;
-    return platform.statusItems.menu;
-  }
+struct StatusMenu : ProgramTest {
   const MenuItem& item(const std::string& title) {
-    return *std::find_if(menu().begin(), menu().end(), [&](const MenuItem& each) { return each.title == title; });
+    platform.statusItems.menuNeedsUpdate(menu);
+    return *std::find_if(menu.begin(), menu.end(), [&](const MenuItem& each) { return each.title == title; });
   }
   /// Which items of a submenu are checked.
   Lines checked(const std::string& title) {
@@ -29,22 +22,17 @@ struct StatusMenu : testing::Test {
     return titles;
   }
 
-  FakePlatform platform;
-  Controller controller{platform};
+  MenuItems menu;
 };
 
 TEST_F(StatusMenu, ShowsHowThingsAre) {
   controller.applicationDidFinishLaunching();
   EXPECT_EQ(item("Delete Wallpaper").submenu.at(0).title, "No Wallpapers");
   EXPECT_FALSE(item("Delete Wallpaper").submenu[0].action);
-  EXPECT_EQ(std::get<double>(*platform.defaults.value("NSStatusItem Preferred Position Item-0")), 365.0);
-  platform.defaults.set("fps", std::int64_t{25});
-  EXPECT_EQ(checked("Frame Rate"), Lines{}) << "none of those on offer";
-  for (const auto& [stored, titles] :
-       std::vector<std::pair<double, Lines>>{{0.35, {"Low (35%)"}}, {0.7505, {"High (75%)"}}, {0.3, {}}}) {
-    platform.defaults.set("resolutionScale", stored);
-    EXPECT_EQ(checked("Resolution"), titles) << stored;
-  }
+  platform.defaults.set("resolutionScale", 0.35);
+  EXPECT_EQ(checked("Resolution"), Lines{"Low (35%)"});
+  platform.defaults.set("resolutionScale", 0.3);
+  EXPECT_EQ(checked("Resolution"), Lines{}) << "none of those on offer";
   platform.loginItem.now = LoginItemStatus::requiresApproval;
   EXPECT_EQ(item("Open at Login").checked, false);
 }
@@ -53,8 +41,9 @@ TEST_F(StatusMenu, DoesWhatIsChosen) {
   platform.alerts.answer = 1;
   platform.addWallpaper("Alps");
   controller.applicationDidFinishLaunching();
+  platform.statusItems.menuNeedsUpdate(menu);
   Lines titles;
-  for (const MenuItem& each : menu()) titles.push_back(each.kind == MenuItem::Kind::list ? "the list" : each.title);
+  for (const MenuItem& each : menu) titles.push_back(each.kind == MenuItem::Kind::list ? "the list" : each.title);
   EXPECT_EQ(titles,
             (Lines{"Wallpapers", "the list", "", "Add Wallpaper…", "Delete Wallpaper", "Show Wallpapers Folder", "",
                    "Pause Animation", "Frame Rate", "Resolution", "Open at Login", "", "How to Use…", "Quit Tavelle"}));
@@ -78,13 +67,12 @@ TEST_F(StatusMenu, DoesWhatIsChosen) {
 
 TEST_F(StatusMenu, LetsTheCoverageRestWhileItIsOpen) {
   controller.applicationDidFinishLaunching();
-  platform.statusItems.open();
-  const int before = platform.windowList.fetches;
-  platform.mainLoop.turn(3000ms);
-  EXPECT_EQ(platform.windowList.fetches, before);
-  platform.statusItems.isOpen = false;
-  platform.mainLoop.turn(1000ms);
-  EXPECT_GT(platform.windowList.fetches, before);
+  for (const bool isOpen : {true, false}) {
+    platform.statusItems.isOpen = isOpen;
+    const int before = platform.windowList.fetches;
+    platform.mainLoop.turn(1000ms);
+    EXPECT_EQ(platform.windowList.fetches == before, isOpen);
+  }
 }
 
 }  // namespace

@@ -13,7 +13,6 @@ TEST(Wallpaper, FindsItsStill) {
        std::vector<std::pair<Names, std::string>>{{{"image.png", "still.jpg"}, "still.jpg"},
                                                   {{"cover.png", "b.heic"}, "b.heic"},
                                                   {{"still.jpg", "STILL.jpeg"}, "STILL.jpeg"},
-                                                  {{"still.backup.jpg"}, "still.backup.jpg"},
                                                   {{"a.jpg", "B.PNG"}, "B.PNG"},
                                                   {{".hidden.jpg", "x.jpg"}, ".hidden.jpg"},
                                                   {{"image.gif", "still", "video.mp4", "jpg"}, ""}}) {
@@ -29,10 +28,8 @@ TEST(Wallpaper, FindsItsStill) {
 }
 
 TEST(Wallpaper, IsNamedByItsFolder) {
-  for (const auto& [path, name] : {std::pair{"/w/Ocean.night", "Ocean.night"},
-                                   {"/w/Waves/", "Waves"},
-                                   {"/w/./Waves/.", "Waves"},
-                                   {"/w/caf\xE9", "caf\\xE9"}}) {
+  for (const auto& [path, name] :
+       {std::pair{"/w/Ocean.night", "Ocean.night"}, {"/w/Waves/", "Waves"}, {"/w/caf\xE9", "caf\\xE9"}}) {
     EXPECT_EQ((Wallpaper{{path}}.name()), name);
   }
 }
