@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <regex>
 
 #include "fakes/temporary_folder.h"
@@ -37,24 +36,20 @@ struct Autostart : testing::Test {
 
 TEST_F(Autostart, TellsWhatTheSessionWillDo) {
   const std::string run = head + "Exec=true --now\n";
-  using Text = std::string;
-  using Case = std::tuple<Text, Text, LoginItemStatus, LoginItemStatus, LoginItemStatus>;
+  // The user's entry, the system's; the status as it is, once registered, once unregistered.
+  using Case = std::tuple<std::string, std::string, LoginItemStatus, LoginItemStatus, LoginItemStatus>;
   for (const auto& [own, others, status, registered, unregistered] : std::initializer_list<Case>{
            {"", "", notRegistered, enabled, notRegistered},
            {run, "", enabled, enabled, notRegistered},
-           {run + "Hidden=true\n", "", notRegistered, enabled, notRegistered},
+           {run + "Hidden=true\n", run, notRegistered, enabled, notRegistered},
            {run + "Hidden=false\nX-GNOME-Autostart-enabled=true\n", "", enabled, enabled, notRegistered},
-           {run + "X-GNOME-Autostart-enabled=false\n", "", requiresApproval, enabled, notRegistered},
            {run + "X-MATE-Autostart-enabled=false\n", "", requiresApproval, enabled, notRegistered},
            {run + "OnlyShowIn=Elsewhere;\n", "", requiresApproval, requiresApproval, notRegistered},
            {head + "Exec=/gone/tavelle\n", "", notFound, enabled, notRegistered},
            {run + "TryExec=/gone/tavelle\n", "", notFound, enabled, notRegistered},
            {head + "Exec=\"unfinished\n", "", notFound, enabled, notRegistered},
-           {"damaged", "", notFound, notFound, notFound},
            {"[Other Group]\n", "", notFound, notFound, notFound},
-           {"", run, enabled, enabled, notRegistered},
-           {"", run + "X-GNOME-Autostart-enabled=false\n", requiresApproval, enabled, notRegistered},
-           {run + "Hidden=true\n", run, notRegistered, enabled, notRegistered}}) {
+           {"", run + "X-GNOME-Autostart-enabled=false\n", requiresApproval, enabled, notRegistered}}) {
     SCOPED_TRACE(own + others);
     for (const bool registers : {true, false}) {
       fs::remove_all(home);
@@ -107,38 +102,16 @@ TEST_F(Autostart, StartsTheProgramWhereverItIs) {
     EXPECT_EQ(entry.status(), enabled) << contentOf(users);
     const std::unique_ptr<GKeyFile, FreeWith<g_key_file_unref>> keys(g_key_file_new());
     g_key_file_load_from_file(keys.get(), users.c_str(), G_KEY_FILE_NONE, nullptr);
-    const GCharPtr line(g_key_file_get_string(keys.get(), "Desktop Entry", "Exec", nullptr));
-    ASSERT_TRUE(line);
-    // What a session makes of the field codes, before a shell would take the words apart.
-    std::string expanded = std::regex_replace(line.get(), std::regex("%%"), "\1");
-    ASSERT_EQ(expanded.find('%'), std::string::npos) << line.get();
-    std::replace(expanded.begin(), expanded.end(), '\1', '%');
+    const GCharPtr command(g_key_file_get_string(keys.get(), "Desktop Entry", "Exec", nullptr));
+    ASSERT_TRUE(command);
+    // What a session makes of a percent sign; one that stands alone would be a field code.
+    const std::string line = std::regex_replace(command.get(), std::regex("%(.)"), "$1");
     char** words = nullptr;
-    ASSERT_TRUE(g_shell_parse_argv(expanded.c_str(), nullptr, &words, nullptr)) << expanded;
+    ASSERT_TRUE(g_shell_parse_argv(line.c_str(), nullptr, &words, nullptr)) << line;
     const std::unique_ptr<char*, FreeWith<g_strfreev>> owned(words);
     EXPECT_EQ(words[0], executable.native());
     EXPECT_FALSE(words[1]);
   }
-  fs::remove_all(folder.path() / "é\tü");
-  EXPECT_EQ(item.status(), notFound) << "uninstalled";
-}
-
-TEST_F(Autostart, RefusesWithAReasonAndLosesNothing) {
-  const auto unnameable = entryFor(folder.path() / "\xff/tavelle").registerApplication();
-  ASSERT_FALSE(unnameable);
-  EXPECT_NE(unnameable.error().description.find("\\xFF/tavelle"), std::string::npos);
-  EXPECT_FALSE(fs::exists(home));
-
-  put(home, "a file in the folder's place");
-  const auto blocked = item.registerApplication();
-  ASSERT_FALSE(blocked);
-  EXPECT_NE(blocked.error().description.find(home.native()), std::string::npos);
-  EXPECT_EQ(contentOf(home), "a file in the folder's place");
-
-  fs::remove(home);
-  fs::create_directories(users / "in the entry's place");
-  EXPECT_FALSE(item.registerApplication());
-  EXPECT_EQ(item.status(), notFound);
 }
 
 }  // namespace

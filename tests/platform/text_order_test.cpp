@@ -31,12 +31,5 @@ TEST(TextOrder, SortsAsFileBrowsersDo) {
   EXPECT_EQ(sorted("de_DE.UTF-8", {"ö", "z", "a"}), (Names{"a", "ö", "z"}));
 }
 
-TEST(TextOrder, ComposesCanonically) {
-  const IcuTextOrder order;
-  EXPECT_EQ(order.canonical("Cafe\u0301"), "Caf\u00E9");
-  EXPECT_EQ(order.canonical("plain"), "plain");
-  EXPECT_EQ(order.canonical("\xE9"), "\uFFFD");
-}
-
 }  // namespace
 }  // namespace tavelle
