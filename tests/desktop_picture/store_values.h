@@ -16,6 +16,12 @@ std::string repeated(const std::string& what, int times);
 /// An XML list of dictionaries in each other along this path, "Spaces/one/Default", with the value at its end.
 std::string storeWith(const std::string& path, const std::string& value);
 
+/// A value as XML on one line, without the list around it.
+std::string onOneLine(plist_t node);
+
+/// Data that hold this list, as XML.
+std::string packed(const std::string& list);
+
 /// A store's entry that shows the image at this address, with these items beside its choices.
 std::string entryShowing(const std::string& address, const std::string& items = "");
 
@@ -24,9 +30,5 @@ std::string bigEndian(std::uint64_t value, int bytes);
 
 /// A binary list of these objects, the first of which is its root. References take two bytes.
 std::string binaryTable(const std::vector<std::string>& objects);
-
-/// A value on one line, to be compared: {key: 'text', ...} in the order of the keys, with "packed" in front of data
-/// that hold a list of their own.
-std::string inWords(plist_t node);
 
 }  // namespace tavelle

@@ -12,14 +12,13 @@
 namespace tavelle {
 namespace {
 
+using namespace std::chrono_literals;
+
 constexpr auto storePath = "/home/Library/Application Support/com.apple.wallpaper/Store/Index.plist";
 
 struct FakeSpaces final : Spaces {
   std::vector<std::string> list() const override { return ids; }
-  Registration onChange(std::function<void()> tell) override {
-    changed = std::move(tell);
-    return Registration([this] { changed = nullptr; });
-  }
+  Registration onChange(std::function<void()> tell) override { return listen(changed, std::move(tell)); }
   std::vector<std::string> ids{"0", "1"};
   std::function<void()> changed;
 };
@@ -54,11 +53,13 @@ TEST_F(Agent, MakesAStoreThatASyncThenFills) {
   EXPECT_TRUE(pictures.pictures.empty()) << "there is nothing to show yet";
   const auto made = store();
   ASSERT_TRUE(made);
-  const std::string entry = inWords(plistItem(made.get(), "AllSpacesAndDisplays", PLIST_DICT));
-  const std::string displays = "Displays: {left: " + entry + ", right: " + entry + "}";
-  const std::string space = "{Default: " + entry + ", " + displays + "}";
-  EXPECT_EQ(inWords(made.get()),
-            "{AllSpacesAndDisplays: " + entry + ", " + displays + ", Spaces: {0: " + space + ", 1: " + space + "}}");
+  const std::string entry = onOneLine(plistItem(made.get(), "AllSpacesAndDisplays", PLIST_DICT));
+  const std::string displays =
+      "<key>Displays</key><dict><key>left</key>" + entry + "<key>right</key>" + entry + "</dict>";
+  const std::string space = "<dict><key>Default</key>" + entry + displays + "</dict>";
+  EXPECT_EQ(onOneLine(made.get()), "<dict><key>AllSpacesAndDisplays</key>" + entry + displays +
+                                       "<key>Spaces</key><dict><key>0</key>" + space + "<key>1</key>" + space +
+                                       "</dict></dict>");
   EXPECT_TRUE(sync("/a.jpg"));
   EXPECT_FALSE(sync("/a.jpg")) << "every entry has been there";
   const auto before = platform.files.content(storePath);
@@ -138,29 +139,31 @@ TEST_F(Agent, LeavesAStoreAloneThatItCannotRead) {
 
 TEST(AgentKeeper, StartsTheAgentAgainLaterAndLater) {
   FakePlatform platform;
-  {
-    AgentKeeper keeper(platform.processes, platform.mainLoop, "/lib/WallpaperAgent");
-    keeper.start();
-    double pause = 0;
-    for (int i = 0; i < 12; ++i) {
-      const double before = std::exchange(pause, 0);
-      platform.processes.endChild();
-      for (; !platform.processes.isRunning() && pause < 100; pause += 0.25) platform.mainLoop.turn(250ms);
-      EXPECT_TRUE(pause > before || pause == 60) << pause << " after " << before;
-    }
-    EXPECT_EQ(pause, 60) << "not for good";
-    platform.mainLoop.turn(31000ms);
-    platform.processes.endChild();
-    platform.mainLoop.turn(250ms);
-    EXPECT_TRUE(platform.processes.isRunning()) << "at once after a good while";
-    platform.processes.missing = true;
-    platform.processes.endChild();
-    platform.mainLoop.turn(100000ms);
-    platform.processes.missing = false;
-    platform.mainLoop.turn(100000ms);
-    EXPECT_TRUE(platform.processes.isRunning()) << "an executable that is back is started";
+  FakeProcesses& processes = platform.processes;
+  std::optional<AgentKeeper> keeper(std::in_place, processes, platform.mainLoop, "/lib/WallpaperAgent");
+  keeper->start();
+  const auto pauseAfterEnd = [&] {
+    auto pause = 0ms;
+    processes.endChild();
+    for (; !processes.isRunning() && pause < 100s; pause += 250ms) platform.mainLoop.turn(250ms);
+    return pause;
+  };
+  auto before = 0ms;
+  for (int i = 0; i < 12; ++i) {
+    const auto pause = pauseAfterEnd();
+    EXPECT_TRUE(pause > before || pause == 60s) << pause.count() << " after " << before.count();
+    before = pause;
   }
-  EXPECT_FALSE(platform.processes.isRunning()) << "the agent ends with its keeper";
+  EXPECT_EQ(before, 60s) << "not for good";
+  platform.mainLoop.turn(31s);
+  EXPECT_EQ(pauseAfterEnd(), 250ms) << "at once after a good while";
+  processes.missing = true;
+  EXPECT_GE(pauseAfterEnd(), 100s);
+  processes.missing = false;
+  platform.mainLoop.turn(61s);
+  EXPECT_TRUE(processes.isRunning()) << "an executable that is back is started";
+  keeper.reset();
+  EXPECT_FALSE(processes.isRunning()) << "the agent ends with its keeper";
 }
 
 }  // namespace

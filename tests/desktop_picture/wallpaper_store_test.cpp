@@ -17,13 +17,22 @@ const std::string still = "file:///still.jpg";
 constexpr auto store = "/store/Index.plist";
 constexpr auto backup = "/store/Index.before-tavelle.plist";
 
-/// An entry after the rewrite, in words, with these items beside the choices.
-std::string rewritten(const std::string& content, const std::string& others = "") {
-  return "{Desktop: {Content: {Choices: [{Configuration: packed {type: 'imageFile', url: {relative: '" + still +
-         "'}}, Files: [], Provider: 'com.apple.wallpaper.choice.image'}]" + content +
-         "}, LastSet: date 1 500000, LastUse: date 1 500000}, " + others + "Type: 'individual'}";
+/// What shows the still, among the items of a content.
+const std::string choices =
+    "<key>Choices</key><array><dict><key>Configuration</key>" +
+    packed(dict("<key>type</key><string>imageFile</string><key>url</key><dict><key>relative</key><string>" + still +
+                "</string></dict>")) +
+    "<key>Files</key><array/><key>Provider</key><string>com.apple.wallpaper.choice.image</string></dict></array>";
+
+/// The record after the rewrite, with this content.
+std::string desktopWith(const std::string& content) {
+  return "<key>Desktop</key><dict><key>Content</key><dict>" + content +
+         "</dict><key>LastSet</key><date>2001-01-01T00:00:01Z</date>"
+         "<key>LastUse</key><date>2001-01-01T00:00:01Z</date></dict>";
 }
-const std::string bare = rewritten(", Shuffle: '$null'");
+const std::string individual = "<key>Type</key><string>individual</string>";
+const std::string fresh = individual + desktopWith("<key>Shuffle</key><string>$null</string>" + choices);
+const std::string kept = "<key>Extra</key><string>kept</string>";
 
 std::string replaced(std::string in, const std::string& what, const std::string& by) {
   return in.replace(in.find(what), what.size(), by);
@@ -37,13 +46,13 @@ struct StoreSync : testing::Test {
     return syncAllSpaces("/still.jpg", {clock, files, processes, store},
                          [this](const std::string& line) { lines.push_back(line); });
   }
-  std::string written() const { return inWords(parsedDictionary(files.content(store).value()).get()); }
+  std::string written() const { return onOneLine(parsedDictionary(files.content(store).value()).get()); }
 
   void expectChange(const std::string& before, const std::string& after) {
     files.put(store, before);
     EXPECT_TRUE(sync()) << before;
     EXPECT_EQ(lines, Lines{"desktops: every Space now shows still.jpg"}) << before;
-    EXPECT_EQ(written(), after);
+    EXPECT_EQ(written(), onOneLine(parsedDictionary(after).get()));
     expectNoChange(*files.content(store));
   }
   void expectNoChange(const std::string& bytes, const Lines& told = {}) {
@@ -61,53 +70,49 @@ struct StoreSync : testing::Test {
 };
 
 TEST_F(StoreSync, RewritesTheEntriesOfEveryPlaceAndNothingElse) {
-  for (const auto& [place, after] : {std::pair("SystemDefault", "{SystemDefault: " + bare + "}"),
-                                     {"AllSpacesAndDisplays", "{AllSpacesAndDisplays: " + bare + "}"},
-                                     {"Displays/a", "{Displays: {a: " + bare + "}}"},
-                                     {"Spaces/a/Default", "{Spaces: {a: {Default: " + bare + "}}}"},
-                                     {"Spaces/a/Displays/b", "{Spaces: {a: {Displays: {b: " + bare + "}}}}"}}) {
-    expectChange(storeWith(place, "<dict/>"), after);
-    for (const char* noEntry : {"<array/>", "<true/>"}) expectNoChange(storeWith(place, noEntry));
+  for (const char* place :
+       {"SystemDefault", "AllSpacesAndDisplays", "Displays/a", "Spaces/a/Default", "Spaces/a/Displays/b"}) {
+    expectChange(storeWith(place, "<dict/>"), storeWith(place, "<dict>" + fresh + "</dict>"));
+    expectNoChange(storeWith(place, "<array/>"));
   }
   for (const char* place : {"Default", "Displays", "Spaces/a", "Spaces/Displays/a/b", "Spaces/a/SystemDefault",
                             "Spaces/a/Spaces/b/Default", "Unknown/SystemDefault"}) {
     expectNoChange(storeWith(place, "<dict/>"));
   }
-  expectNoChange(dict(""));
 }
 
 TEST_F(StoreSync, KeepsOfAnEntryWhatIsNotItsPicture) {
-  const std::string other = entryShowing("file:///other.jpg", "<key>Extra</key><string>kept</string>");
+  const std::string other = entryShowing("file:///other.jpg", kept);
   const std::string linked =
       "<dict><key>Type</key><string>linked</string><key>Idle</key><string>gone</string><key>Other</key><true/>";
+  const std::string idle = "<key>Idle</key><true/><key>Linked</key><true/>";
   for (const auto& [entry, after] :
-       {std::pair(other, rewritten(", Extra: 'kept'")),
-        {replaced(other, "<key>Desktop", "<key>Idle</key><true/><key>Linked</key><true/><key>Desktop"),
-         rewritten(", Extra: 'kept'", "Idle: <true/>, Linked: <true/>, ")},
-        {linked + "<key>Linked</key><string>L</string></dict>", rewritten(", Shuffle: '$null'", "Idle: 'L', ")},
-        {linked + "</dict>", bare}}) {
-    expectChange(storeWith("SystemDefault", entry), "{SystemDefault: " + after + "}");
+       {std::pair(replaced(other, "<key>Desktop", idle + "<key>Desktop"),
+                  individual + idle + desktopWith(choices + kept)),
+        {linked + "<key>Linked</key><string>L</string></dict>", "<key>Idle</key><string>L</string>" + fresh},
+        {linked + "</dict>", fresh}}) {
+    expectChange(storeWith("SystemDefault", entry), storeWith("SystemDefault", "<dict>" + after + "</dict>"));
   }
   // A record to start from may be anywhere, also below one that has no content.
-  const std::string empty = "<key>Desktop</key><dict><key>Content</key><array/></dict>";
-  const std::string deep = "<dict>" + empty + "<key>Z</key>" + other + "</dict>";
-  expectChange(
-      dict("<key>SystemDefault</key><dict/><key>Unknown</key>" + deep),
-      "{SystemDefault: " + rewritten(", Extra: 'kept'") + ", Unknown: " + inWords(parsedPlist(xml(deep)).get()) + "}");
+  const std::string deep =
+      "<key>Unknown</key><dict><key>Desktop</key><dict><key>Content</key><array/></dict><key>Z</key>" + other +
+      "</dict>";
+  expectChange(dict("<key>SystemDefault</key><dict/>" + deep),
+               dict("<key>SystemDefault</key><dict>" + individual + desktopWith(choices + kept) + "</dict>" + deep));
 }
 
 TEST_F(StoreSync, TellsAnEntryThatShowsTheStill) {
   const std::string shown = entryShowing(still);
   const std::string choice = shown.substr(shown.find("<dict><key>Configuration"));
   const std::string first = choice.substr(0, choice.find("</array>"));
-  const auto withChoices = [&](const std::string& choices) {
-    return storeWith("SystemDefault", replaced(shown, first, choices));
+  const auto withChoices = [&](const std::string& others) {
+    return storeWith("SystemDefault", replaced(shown, first, others));
   };
   expectNoChange(withChoices(first + "<dict/>"));
   for (const auto& odd : {withChoices(""), withChoices("<dict/>" + first), withChoices(first + "<true/>"),
                           storeWith("SystemDefault", replaced(shown, "individual", "Individual")),
                           storeWith("SystemDefault", entryShowing(still + "?"))}) {
-    expectChange(odd, "{SystemDefault: " + rewritten("") + "}");
+    expectChange(odd, storeWith("SystemDefault", "<dict>" + individual + desktopWith(choices) + "</dict>"));
   }
   // Whatever part of it is called otherwise or is something else, it shows nothing.
   for (const char* key : {"Type", "Desktop", "Content", "Choices", "Configuration"}) {
@@ -120,7 +125,6 @@ TEST_F(StoreSync, TellsAnEntryThatShowsTheStill) {
 }
 
 TEST_F(StoreSync, KeepsEveryTypeOfValue) {
-  // Binary: XML knows no fractions of dates.
   const auto number = [](int kind, std::uint64_t value, int size) {
     return std::string(1, static_cast<char>(kind)) + bigEndian(value, size);
   };
@@ -132,10 +136,10 @@ TEST_F(StoreSync, KeepsEveryTypeOfValue) {
                             number(0x83, 0xFFFFFFFF, 4),                                 // UID
                             "\x08"s, "\x42\x00\xFF"s, "\x50"s, "\xA0"s, "\x63\x00\xE9\xD8\x3D\xDE\x00"s}) {
     files.put(store, binaryTable({"\xD2\0\1\0\3\0\2\0\4"s, key, value, "\x5DSystemDefault", "\xD0"}));
-    const std::string before = replaced(written(), "SystemDefault: {}", "SystemDefault: " + bare);
+    const std::string before = replaced(written(), "<dict/>", "<dict>" + fresh + "</dict>");
     EXPECT_TRUE(sync()) << before;
     EXPECT_EQ(written(), before);
-    // Not only to the library that wrote it.
+    // Not only to the library that wrote it, nor without the fraction that XML leaves out.
     EXPECT_NE(files.content(store)->find(value), std::string::npos) << before;
     EXPECT_NE(files.content(store)->find(key), std::string::npos);
   }
@@ -165,28 +169,23 @@ TEST_F(StoreSync, LeavesTheStoreAloneWhenItCannotGoOn) {
 }
 
 TEST_F(StoreSync, KeepsOneBackupAndRestartsTheAgentAfterTheWrite) {
-  const auto due = [](int number) {
-    return dict("<key>SystemDefault</key><dict/><key>n</key><integer>" + std::to_string(number) + "</integer>");
-  };
+  const std::string due = storeWith("SystemDefault", "<dict/>");
   std::optional<std::string> atRestart;
   processes.onRun = [&] { atRestart = files.content(store); };
-  files.put(store, due(1));
+  files.put(store, due);
   EXPECT_TRUE(sync());
-  EXPECT_EQ(processes.ran, Lines{"/usr/bin/killall WallpaperAgent"});
   EXPECT_EQ(atRestart, files.content(store));
-  EXPECT_EQ(files.content(backup), due(1)) << "byte for byte";
-
+  EXPECT_EQ(files.content(backup), due) << "byte for byte";
   EXPECT_FALSE(sync());
-  EXPECT_EQ(processes.ran.size(), 1U) << "not after a sync that had nothing to write";
+  EXPECT_EQ(processes.ran, Lines{"/usr/bin/killall WallpaperAgent"}) << "not after a sync that had nothing to write";
 
   processes.missing = true;
-  files.put(store, due(2));
+  files.put(store, storeWith("AllSpacesAndDisplays", "<dict/>"));
   EXPECT_TRUE(sync()) << "nothing to restart";
-  EXPECT_EQ(files.content(backup), due(1));
-
+  EXPECT_EQ(files.content(backup), due);
   files.remove(backup);
   files.full = {backup};
-  files.put(store, due(3));
+  files.put(store, due);
   EXPECT_TRUE(sync()) << "without a backup";
 }
 
