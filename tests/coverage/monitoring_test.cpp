@@ -35,6 +35,19 @@ TEST_F(Monitoring, LooksOnATimerAndTwiceForEachEvent) {
   lookedUntil(10000ms, 0);
 }
 
+TEST_F(Monitoring, MayBeALittleLateAndMakesUpForNothing) {
+  platform.mainLoop.late = true;
+  controller.startCoverageWatch();
+  lookedUntil(640ms, 1);  // at once
+  lookedUntil(20ms, 1);   // 0.66 s
+  lookedUntil(480ms, 0);  // 1.14 s: the lateness does not add up
+  lookedUntil(20ms, 1);   // 1.16 s
+  platform.mainLoop.block(10000ms);
+  lookedUntil(0ms, 1);
+  lookedUntil(480ms, 0);
+  lookedUntil(20ms, 1);
+}
+
 TEST_F(Monitoring, StartsAfreshWhenTheWindowsAreRebuiltAndSkipsPagesWhoseScreenHasGone) {
   const std::string covered = "desktop covered on screen 0: paused";
   const std::string visible = "desktop visible on screen 0: playing";

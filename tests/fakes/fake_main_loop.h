@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <functional>
 #include <map>
@@ -18,9 +19,9 @@ class FakeMainLoop final : public MainLoop {
     return add(delay, {std::move(action), {}});
   }
 
-  Registration repeat(std::chrono::milliseconds interval, std::chrono::milliseconds /*tolerance*/,
+  Registration repeat(std::chrono::milliseconds interval, std::chrono::milliseconds tolerance,
                       std::function<void()> action) override {
-    return add(interval, {std::move(action), interval});
+    return add(late ? interval + tolerance : interval, {std::move(action), interval});
   }
 
   /// Lets time pass and runs what falls due, in order of time.
@@ -28,16 +29,25 @@ class FakeMainLoop final : public MainLoop {
     const auto end = now_ + time;
     while (!waiting_.empty() && waiting_.begin()->first.first <= end) {
       auto due = waiting_.extract(waiting_.begin());
-      now_ = due.key().first;
+      now_ = std::max(now_, due.key().first);
       const auto action = due.mapped().action;
       if (const auto period = due.mapped().period; period.count() > 0) {
-        due.key().first += period;
+        while (due.key().first <= now_) due.key().first += period;
         waiting_.insert(std::move(due));
       }
       action();
     }
     now_ = end;
   }
+
+  /// Lets time pass in which the loop is kept from running anything.
+  void block(std::chrono::milliseconds time) {
+    now_ += time;
+    turn(std::chrono::milliseconds(0));
+  }
+
+  /// Whether repeated actions come as late as they may.
+  bool late = false;
 
  private:
   struct Timer {
