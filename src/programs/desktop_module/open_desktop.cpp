@@ -14,6 +14,7 @@
 #include "platform/linux/toolkit/gtk_guide_window.h"
 #include "platform/linux/toolkit/gtk_open_panels.h"
 #include "platform/linux/toolkit/linux_workspace.h"
+#include "platform/linux/toolkit/window_manager.h"
 #include "platform/linux/web/webkit_web_views.h"
 
 namespace tavelle {
@@ -41,7 +42,7 @@ class GtkDesktopServices final : public DesktopServices {
   Screens& screens() override { return server_->screens(); }
   StatusItems& statusItems() override { return statusItems_; }
   WallpaperWindows& windows() override { return server_->windows(); }
-  WindowList& windowList() override { return server_->windowList(); }
+  WindowList& windowList() override { return server_->windowManager(); }
   Workspace& workspace() override { return workspace_; }
 
  private:
@@ -50,7 +51,7 @@ class GtkDesktopServices final : public DesktopServices {
   GtkAlerts alerts_;
   GtkOpenPanels openPanels_;
   GtkStatusItems statusItems_{iconFolder(), server_->monitors()};
-  LinuxWorkspace workspace_{*server_};
+  LinuxWorkspace workspace_{server_->windowManager()};
   LinuxDesktopPicture picture_{server_->monitors(), server_->xConnection()};
   AnnouncedPicture desktopPicture_{picture_};
   GtkGuideWindows guideWindows_;

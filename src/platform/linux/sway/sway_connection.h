@@ -77,6 +77,7 @@ class SwayClient {
   /// asked again for ten seconds. None when there was no answer.
   std::optional<std::string> ask(SwayRequest request);
 
+  const std::filesystem::path& socket() const { return socket_; }
   /// The process that answers; none when nobody does.
   std::optional<pid_t> server();
 

@@ -6,7 +6,7 @@ namespace tavelle {
 
 std::vector<Screen> GdkScreens::list() const {
   const auto all = monitors_.all();
-  const auto areas = workAreas_.of(all);
+  const auto areas = manager_.workAreas(all);
   std::vector<Screen> screens;
   screens.reserve(all.size());
   for (std::size_t i = 0; i < all.size(); ++i) {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "platform/linux/toolkit/monitors.h"
-#include "platform/linux/toolkit/work_areas.h"
+#include "platform/linux/toolkit/window_manager.h"
 #include "platform/screens.h"
 
 namespace tavelle {
@@ -12,14 +12,14 @@ namespace tavelle {
 /// The toolkit's monitors, and what panels leave of them.
 class GdkScreens final : public Screens {
  public:
-  GdkScreens(Monitors& monitors, const WorkAreas& workAreas) : monitors_(monitors), workAreas_(workAreas) {}
+  GdkScreens(Monitors& monitors, const WindowManager& manager) : monitors_(monitors), manager_(manager) {}
 
   std::vector<Screen> list() const override;
   Registration onChange(std::function<void()> changed) override;
 
  private:
   Monitors& monitors_;
-  const WorkAreas& workAreas_;
+  const WindowManager& manager_;
 };
 
 }  // namespace tavelle

@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "base/file_uri.h"
-#include "platform/linux/toolkit/display_server.h"
+#include "platform/linux/toolkit/window_manager.h"
 #include "platform/linux/wake_watch.h"
 
 namespace tavelle {
@@ -15,7 +15,7 @@ void LinuxWorkspace::openFolder(const std::filesystem::path& folder) {
 }
 
 Registration LinuxWorkspace::onEvent(std::function<void()> happened) {
-  const auto windows = std::make_shared<Registration>(server_.onWindowEvent(happened));
+  const auto windows = std::make_shared<Registration>(manager_.onWindowEvent(happened));
   const auto wake = std::make_shared<WakeWatch>(std::move(happened));
   return Registration([windows, wake] {});
 }

@@ -4,18 +4,18 @@
 
 namespace tavelle {
 
-class DisplayServer;
+class WindowManager;
 
-/// The session: its default handlers, what the display server tells of windows, and logind's sleep signal.
+/// The session: its default handlers, what the window manager tells of windows, and logind's sleep signal.
 class LinuxWorkspace final : public Workspace {
  public:
-  explicit LinuxWorkspace(DisplayServer& server) : server_(server) {}
+  explicit LinuxWorkspace(WindowManager& manager) : manager_(manager) {}
 
   void openFolder(const std::filesystem::path& folder) override;
   Registration onEvent(std::function<void()> happened) override;
 
  private:
-  DisplayServer& server_;
+  WindowManager& manager_;
 };
 
 }  // namespace tavelle

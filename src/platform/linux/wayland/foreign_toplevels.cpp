@@ -1,15 +1,42 @@
-#include "platform/linux/wayland/foreign_toplevels.h"
-
 #include <gdk/gdkwayland.h>
 #include <unistd.h>
+#include <wlr-foreign-toplevel-management-unstable-v1-client-protocol.h>
 
 #include <algorithm>
 #include <set>
 #include <span>
+#include <vector>
 
 #include "platform/linux/told_window.h"
+#include "platform/linux/toolkit/change_calls.h"
+#include "platform/linux/toolkit/monitors.h"
+#include "platform/linux/wayland/told_windows.h"
+#include "platform/linux/wayland/wayland_globals.h"
 
 namespace tavelle {
+namespace {
+
+class ForeignToplevels final : public WindowList {
+ public:
+  ForeignToplevels(zwlr_foreign_toplevel_manager_v1* manager, const Monitors& monitors, ChangeCalls& changes);
+  ForeignToplevels(const ForeignToplevels&) = delete;
+  ForeignToplevels& operator=(const ForeignToplevels&) = delete;
+  ~ForeignToplevels() override;
+
+  std::optional<std::vector<WindowDescription>> onScreen() const override;
+
+ private:
+  class Toplevel;
+
+  static void told(void* self, zwlr_foreign_toplevel_manager_v1* manager, zwlr_foreign_toplevel_handle_v1* handle);
+  static void finished(void* self, zwlr_foreign_toplevel_manager_v1* manager);
+  static void outputRemoved(GdkDisplay* display, GdkMonitor* monitor, ForeignToplevels* self);
+
+  WlPtr<zwlr_foreign_toplevel_manager_v1> manager_;
+  const Monitors& monitors_;
+  ChangeCalls& changes_;
+  std::vector<std::unique_ptr<Toplevel>> toplevels_;
+};
 
 /// One window. The compositor tells of it piece by piece, and then that what it has told belongs together.
 class ForeignToplevels::Toplevel {
@@ -70,12 +97,12 @@ class ForeignToplevels::Toplevel {
     // Most of what is told is about titles and about which window has the keyboard.
     if (toplevel.valid_ == toplevel.told_) return;
     toplevel.valid_ = toplevel.told_;
-    toplevel.list_.calls_.soon();
+    toplevel.list_.changes_.soon();
   }
   static void closed(void* self, Handle* /*handle*/) {
     auto& list = of(self).list_;
     std::erase_if(list.toplevels_, [=](const auto& each) { return each.get() == self; });
-    list.calls_.soon();
+    list.changes_.soon();
   }
 
   const WlPtr<Handle> handle_;
@@ -84,16 +111,9 @@ class ForeignToplevels::Toplevel {
   State valid_;
 };
 
-std::unique_ptr<ForeignToplevels> ForeignToplevels::bind(const WaylandGlobals& globals, const Monitors& monitors) {
-  auto* const manager = globals.bind<zwlr_foreign_toplevel_manager_v1>(zwlr_foreign_toplevel_manager_v1_interface, 1);
-  if (!manager) return nullptr;
-  auto windows = std::make_unique<ForeignToplevels>(manager, monitors);
-  globals.settle();
-  return windows;
-}
-
-ForeignToplevels::ForeignToplevels(zwlr_foreign_toplevel_manager_v1* manager, const Monitors& monitors)
-    : manager_(manager), monitors_(monitors) {
+ForeignToplevels::ForeignToplevels(zwlr_foreign_toplevel_manager_v1* manager, const Monitors& monitors,
+                                   ChangeCalls& changes)
+    : manager_(manager), monitors_(monitors), changes_(changes) {
   static constexpr zwlr_foreign_toplevel_manager_v1_listener listener{.toplevel = told, .finished = finished};
   zwlr_foreign_toplevel_manager_v1_add_listener(manager, &listener, this);
   g_signal_connect(monitors.display(), "monitor-removed", G_CALLBACK(outputRemoved), this);
@@ -125,12 +145,23 @@ void ForeignToplevels::finished(void* self, zwlr_foreign_toplevel_manager_v1* /*
   auto& list = *static_cast<ForeignToplevels*>(self);
   list.manager_.reset();
   list.toplevels_.clear();
-  list.calls_.soon();
+  list.changes_.soon();
 }
 
 void ForeignToplevels::outputRemoved(GdkDisplay* /*display*/, GdkMonitor* monitor, ForeignToplevels* self) {
   // A new output may come to stand at the same address.
   for (const auto& each : self->toplevels_) each->forget(gdk_wayland_monitor_get_wl_output(monitor));
+}
+
+}  // namespace
+
+std::unique_ptr<WindowList> foreignToplevels(const WaylandGlobals& globals, const Monitors& monitors,
+                                             ChangeCalls& changes) {
+  auto* const manager = globals.bind<zwlr_foreign_toplevel_manager_v1>(zwlr_foreign_toplevel_manager_v1_interface, 1);
+  if (!manager) return nullptr;
+  auto windows = std::make_unique<ForeignToplevels>(manager, monitors, changes);
+  globals.settle();
+  return windows;
 }
 
 }  // namespace tavelle

@@ -1,10 +1,18 @@
-#include "platform/linux/wayland/plasma_windows.h"
+#include <plasma-virtual-desktop-client-protocol.h>
+#include <plasma-window-management-client-protocol.h>
 
 #include <algorithm>
 #include <limits>
+#include <map>
 #include <set>
+#include <string>
+#include <vector>
 
 #include "platform/linux/told_window.h"
+#include "platform/linux/toolkit/change_calls.h"
+#include "platform/linux/toolkit/monitors.h"
+#include "platform/linux/wayland/told_windows.h"
+#include "platform/linux/wayland/wayland_globals.h"
 
 namespace tavelle {
 namespace {
@@ -14,7 +22,40 @@ constexpr std::uint32_t leastVersion = 8;
 
 bool has(std::uint32_t flags, std::uint32_t flag) { return (flags & flag) != 0; }
 
-}  // namespace
+class PlasmaWindows final : public WindowList {
+ public:
+  /// Takes over both; `desktops` may be null, and then windows of all virtual desktops count.
+  PlasmaWindows(org_kde_plasma_window_management* management, org_kde_plasma_virtual_desktop_management* desktops,
+                const Monitors& monitors, ChangeCalls& changes);
+  PlasmaWindows(const PlasmaWindows&) = delete;
+  PlasmaWindows& operator=(const PlasmaWindows&) = delete;
+  ~PlasmaWindows() override = default;
+
+  std::optional<std::vector<WindowDescription>> onScreen() const override;
+
+ private:
+  class Window;
+  class Desktop;
+  using Management = org_kde_plasma_window_management;
+  using DesktopManagement = org_kde_plasma_virtual_desktop_management;
+
+  static void showingDesktop(void* self, Management* management, std::uint32_t state);
+  static void toldByNumber(void* self, Management* management, std::uint32_t number);
+  static void toldByName(void* self, Management* management, std::uint32_t number, const char* uuid);
+  static void desktopCreated(void* self, DesktopManagement* management, const char* id, std::uint32_t position);
+  static void desktopRemoved(void* self, DesktopManagement* management, const char* id);
+
+  void add(org_kde_plasma_window* handle);
+  bool isOnShownDesktop(const Window& window) const;
+
+  const Monitors& monitors_;
+  ChangeCalls& changes_;
+  const WlPtr<Management> management_;
+  const WlPtr<DesktopManagement> desktopManagement_;
+  bool showsDesktop_ = false;
+  std::vector<std::unique_ptr<Window>> windows_;
+  std::map<std::string, std::unique_ptr<Desktop>, std::less<>> desktops_;
+};
 
 class PlasmaWindows::Window {
  public:
@@ -70,16 +111,16 @@ class PlasmaWindows::Window {
   }
   static void entered(void* self, Handle* /*handle*/, const char* desktop) {
     of(self).desktops_.insert(desktop);
-    of(self).list_.calls_.soon();
+    of(self).list_.changes_.soon();
   }
   static void left(void* self, Handle* /*handle*/, const char* desktop) {
     of(self).desktops_.erase(desktop);
-    of(self).list_.calls_.soon();
+    of(self).list_.changes_.soon();
   }
   static void unmapped(void* self, Handle* /*handle*/) {
     auto& list = of(self).list_;
     std::erase_if(list.windows_, [=](const auto& each) { return each.get() == self; });
-    list.calls_.soon();
+    list.changes_.soon();
   }
 
   template <typename Change>
@@ -87,7 +128,7 @@ class PlasmaWindows::Window {
     const ToldWindow before = told_;
     apply(told_);
     // Most states have nothing to do with what can be seen.
-    if (told_ != before) list_.calls_.soon();
+    if (told_ != before) list_.changes_.soon();
   }
 
   const WlPtr<Handle> handle_;
@@ -125,18 +166,9 @@ class PlasmaWindows::Desktop {
   bool isShown_ = false;
 };
 
-std::unique_ptr<PlasmaWindows> PlasmaWindows::bind(const WaylandGlobals& globals, const Monitors& monitors) {
-  auto* const management = globals.bind<Management>(org_kde_plasma_window_management_interface, leastVersion);
-  if (!management) return nullptr;
-  auto windows = std::make_unique<PlasmaWindows>(
-      management, globals.bind<DesktopManagement>(org_kde_plasma_virtual_desktop_management_interface, 1), monitors);
-  // The first answer names windows and desktops, the second tells of them.
-  if (globals.settle()) globals.settle();
-  return windows;
-}
-
-PlasmaWindows::PlasmaWindows(Management* management, DesktopManagement* desktops, const Monitors& monitors)
-    : monitors_(monitors), management_(management), desktopManagement_(desktops) {
+PlasmaWindows::PlasmaWindows(Management* management, DesktopManagement* desktops, const Monitors& monitors,
+                             ChangeCalls& changes)
+    : monitors_(monitors), changes_(changes), management_(management), desktopManagement_(desktops) {
   static constexpr org_kde_plasma_window_management_listener listener{.show_desktop_changed = showingDesktop,
                                                                       .window = toldByNumber,
                                                                       .stacking_order_changed = ignoreEvent,
@@ -147,8 +179,6 @@ PlasmaWindows::PlasmaWindows(Management* management, DesktopManagement* desktops
       .desktop_created = desktopCreated, .desktop_removed = desktopRemoved, .done = ignoreEvent, .rows = ignoreEvent};
   if (desktops) org_kde_plasma_virtual_desktop_management_add_listener(desktops, &desktopListener, this);
 }
-
-PlasmaWindows::~PlasmaWindows() = default;
 
 std::optional<std::vector<WindowDescription>> PlasmaWindows::onScreen() const {
   const auto places = monitors_.placesOf(monitors_.all());
@@ -173,7 +203,7 @@ bool PlasmaWindows::isOnShownDesktop(const Window& window) const {
 void PlasmaWindows::showingDesktop(void* self, Management* /*management*/, std::uint32_t state) {
   auto& list = *static_cast<PlasmaWindows*>(self);
   list.showsDesktop_ = state == ORG_KDE_PLASMA_WINDOW_MANAGEMENT_SHOW_DESKTOP_ENABLED;
-  list.calls_.soon();
+  list.changes_.soon();
 }
 
 void PlasmaWindows::toldByNumber(void* self, Management* management, std::uint32_t number) {
@@ -195,13 +225,28 @@ void PlasmaWindows::desktopCreated(void* self, DesktopManagement* management, co
                                    std::uint32_t /*position*/) {
   auto& list = *static_cast<PlasmaWindows*>(self);
   auto* const handle = org_kde_plasma_virtual_desktop_management_get_virtual_desktop(management, id);
-  list.desktops_.insert_or_assign(id, std::make_unique<Desktop>(handle, list.calls_));
+  list.desktops_.insert_or_assign(id, std::make_unique<Desktop>(handle, list.changes_));
 }
 
 void PlasmaWindows::desktopRemoved(void* self, DesktopManagement* /*management*/, const char* id) {
   auto& list = *static_cast<PlasmaWindows*>(self);
   list.desktops_.erase(id);
-  list.calls_.soon();
+  list.changes_.soon();
+}
+
+}  // namespace
+
+std::unique_ptr<WindowList> plasmaWindows(const WaylandGlobals& globals, const Monitors& monitors,
+                                          ChangeCalls& changes) {
+  auto* const management =
+      globals.bind<org_kde_plasma_window_management>(org_kde_plasma_window_management_interface, leastVersion);
+  if (!management) return nullptr;
+  auto* const desktops =
+      globals.bind<org_kde_plasma_virtual_desktop_management>(org_kde_plasma_virtual_desktop_management_interface, 1);
+  auto windows = std::make_unique<PlasmaWindows>(management, desktops, monitors, changes);
+  // The first answer names windows and desktops, the second tells of them.
+  if (globals.settle()) globals.settle();
+  return windows;
 }
 
 }  // namespace tavelle

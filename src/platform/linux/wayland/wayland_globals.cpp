@@ -60,7 +60,7 @@ void WlDestroy::operator()(zxdg_output_manager_v1* object) const { zxdg_output_m
 void WlDestroy::operator()(zxdg_output_v1* object) const { zxdg_output_v1_destroy(object); }
 
 WaylandGlobals::WaylandGlobals(wl_display* display) : display_(display), registry_(wl_display_get_registry(display)) {
-  static constexpr wl_registry_listener listener{.global = offered, .global_remove = ignoreEvent};
+  static constexpr wl_registry_listener listener{.global = offered, .global_remove = withdrawn};
   wl_registry_add_listener(registry_.get(), &listener, this);
   settle();
 }
@@ -79,6 +79,11 @@ bool WaylandGlobals::settle() const {
 void WaylandGlobals::offered(void* self, wl_registry* /*registry*/, std::uint32_t name, const char* interface,
                              std::uint32_t version) {
   static_cast<WaylandGlobals*>(self)->globals_.insert_or_assign(interface, Global{.name = name, .version = version});
+}
+
+void WaylandGlobals::withdrawn(void* self, wl_registry* /*registry*/, std::uint32_t name) {
+  std::erase_if(static_cast<WaylandGlobals*>(self)->globals_,
+                [=](const auto& each) { return each.second.name == name; });
 }
 
 void* WaylandGlobals::bindAny(const wl_interface& interface, std::uint32_t least) const {

@@ -39,7 +39,7 @@ using WlPtr = std::unique_ptr<T, WlDestroy>;
 /// In a table of listeners: what the program has no use for.
 inline constexpr auto ignoreEvent = [](auto...) {};
 
-/// What a compositor offers, as it was at the start. On GDK's connection everything bound here gets its events from
+/// What a compositor offers. On GDK's connection everything bound here gets its events from
 /// GDK's own source, on the main loop. Main thread only.
 class WaylandGlobals {
  public:
@@ -49,6 +49,7 @@ class WaylandGlobals {
   WaylandGlobals& operator=(const WaylandGlobals&) = delete;
   ~WaylandGlobals() = default;
 
+  wl_display* display() const { return display_; }
   bool offers(std::string_view interface) const { return globals_.contains(interface); }
   /// An object of the caller's at the interface named like `interface`, of the highest version that both sides know.
   /// Null when it is not offered in version `least` or later.
@@ -69,6 +70,7 @@ class WaylandGlobals {
 
   static void offered(void* self, wl_registry* registry, std::uint32_t name, const char* interface,
                       std::uint32_t version);
+  static void withdrawn(void* self, wl_registry* registry, std::uint32_t name);
   void* bindAny(const wl_interface& interface, std::uint32_t least) const;
 
   wl_display* const display_;

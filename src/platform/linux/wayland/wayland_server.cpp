@@ -7,7 +7,6 @@
 #include <memory>
 
 #include "platform/linux/handles.h"
-#include "platform/linux/wayland/wayland_globals.h"
 
 namespace tavelle {
 
@@ -19,17 +18,6 @@ bool compositorHasLayers() {
 }
 
 WaylandServer::WaylandServer(GdkDisplay* display)
-    : monitors_(display),
-      outputs_(WaylandGlobals(gdk_wayland_display_get_wl_display(display)), monitors_),
-      workAreas_(waylandWorkAreas(monitors_)) {}
-
-Registration WaylandServer::onWindowEvent(std::function<void()> happened) {
-  return told().onChange(std::move(happened));
-}
-
-WaylandWindows& WaylandServer::told() {
-  if (!told_) told_ = waylandWindows(monitors_);
-  return *told_;
-}
+    : monitors_(display), globals_(gdk_wayland_display_get_wl_display(display)) {}
 
 }  // namespace tavelle

@@ -5,9 +5,11 @@
 #include "platform/linux/toolkit/display_server.h"
 #include "platform/linux/toolkit/gdk_screens.h"
 #include "platform/linux/toolkit/monitors.h"
+#include "platform/linux/toolkit/window_manager.h"
+#include "platform/linux/wayland/compositor.h"
 #include "platform/linux/wayland/layer_wallpaper_window.h"
+#include "platform/linux/wayland/wayland_globals.h"
 #include "platform/linux/wayland/wayland_outputs.h"
-#include "platform/linux/wayland/wayland_windows.h"
 #include "platform/spaces.h"
 
 namespace tavelle {
@@ -25,8 +27,7 @@ class WaylandServer final : public DisplayServer {
   Screens& screens() override { return screens_; }
   Spaces& spaces() override { return spaces_; }
   WallpaperWindows& windows() override { return windows_; }
-  WindowList& windowList() override { return told(); }
-  Registration onWindowEvent(std::function<void()> happened) override;
+  WindowManager& windowManager() override { return *compositor_; }
 
  private:
   /// No protocol that is common tells of workspaces, and no desktop here keeps a picture for each.
@@ -35,16 +36,14 @@ class WaylandServer final : public DisplayServer {
     std::vector<std::string> list() const override { return {}; }
     Registration onChange(std::function<void()> /*changed*/) override { return {}; }
   };
-  WaylandWindows& told();
 
   Monitors monitors_;
-  const WaylandOutputs outputs_;
-  const std::unique_ptr<WorkAreas> workAreas_;
-  GdkScreens screens_{monitors_, *workAreas_};
+  const WaylandGlobals globals_;
+  const WaylandOutputs outputs_{globals_, monitors_};
+  const std::unique_ptr<WindowManager> compositor_{findCompositor(globals_, monitors_)};
+  GdkScreens screens_{monitors_, *compositor_};
   NoSpaces spaces_;
   LayerWallpaperWindows windows_{monitors_};
-  /// Made when it is asked for: not every process wants to hear of each window.
-  std::unique_ptr<WaylandWindows> told_;
 };
 
 }  // namespace tavelle

@@ -1,17 +1,17 @@
 #pragma once
 
 #include "platform/linux/toolkit/monitors.h"
-#include "platform/linux/toolkit/work_areas.h"
 #include "platform/linux/x11/x_connection.h"
 
 namespace tavelle {
 
-/// What the window manager says that panels leave of each monitor, and else the panels themselves (EWMH 1.5, struts).
-class PanelAreas final : public WorkAreas {
+/// What panels leave of each monitor: as the window manager says, and else the panels themselves (EWMH 1.5, struts).
+class PanelAreas {
  public:
   PanelAreas(const XConnection& connection, const Monitors& monitors);
 
-  std::vector<Rect> of(const std::vector<GdkMonitor*>& monitors) const override;
+  /// As a window manager's `workAreas`.
+  std::vector<Rect> of(const std::vector<GdkMonitor*>& monitors) const;
 
  private:
   std::vector<Rect> askPanels(const std::vector<GdkMonitor*>& monitors) const;

@@ -3,10 +3,9 @@
 #include "platform/linux/toolkit/display_server.h"
 #include "platform/linux/toolkit/gdk_screens.h"
 #include "platform/linux/toolkit/monitors.h"
-#include "platform/linux/x11/panel_areas.h"
 #include "platform/linux/x11/x11_spaces.h"
 #include "platform/linux/x11/x11_wallpaper_window.h"
-#include "platform/linux/x11/x11_window_list.h"
+#include "platform/linux/x11/x11_window_manager.h"
 #include "platform/linux/x11/x_connection.h"
 
 namespace tavelle {
@@ -20,18 +19,16 @@ class X11Server final : public DisplayServer {
   Screens& screens() override { return screens_; }
   Spaces& spaces() override { return spaces_; }
   WallpaperWindows& windows() override { return windows_; }
-  WindowList& windowList() override { return windowList_; }
-  Registration onWindowEvent(std::function<void()> happened) override;
+  WindowManager& windowManager() override { return windowManager_; }
   const XConnection* xConnection() const override { return &connection_; }
 
  private:
   Monitors monitors_;
   const XConnection connection_;
-  const PanelAreas panels_{connection_, monitors_};
-  GdkScreens screens_{monitors_, panels_};
+  X11WindowManager windowManager_{connection_, monitors_};
+  GdkScreens screens_{monitors_, windowManager_};
   X11Spaces spaces_{connection_};
   X11WallpaperWindows windows_{monitors_};
-  X11WindowList windowList_{connection_, monitors_};
 };
 
 }  // namespace tavelle

@@ -1,8 +1,12 @@
-#include "platform/linux/x11/x11_window_list.h"
+#include "platform/linux/x11/x11_window_manager.h"
 
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <memory>
+#include <string_view>
+
+#include "platform/linux/x11/property_watch.h"
 
 namespace tavelle {
 namespace {
@@ -90,7 +94,7 @@ Rect shrunk(const Rect& rect, const Extents& by) { return grown(rect, {-by.left,
 }  // namespace
 
 /// Everything that is asked about one window.
-class X11WindowList::WindowRequest {
+class X11WindowManager::WindowRequest {
  public:
   WindowRequest(const XConnection& connection, xcb_window_t window, const std::vector<xcb_atom_t>& atoms,
                 const PixelSpace& space)
@@ -174,10 +178,13 @@ class X11WindowList::WindowRequest {
   PropertyRequest shadow_;
 };
 
-X11WindowList::X11WindowList(const XConnection& connection, const Monitors& monitors)
-    : connection_(connection), monitors_(monitors), atoms_(internAtoms(connection, atomNames)) {}
+X11WindowManager::X11WindowManager(const XConnection& connection, const Monitors& monitors)
+    : connection_(connection),
+      monitors_(monitors),
+      panels_(connection, monitors),
+      atoms_(internAtoms(connection, atomNames)) {}
 
-std::optional<std::vector<WindowDescription>> X11WindowList::onScreen() const {
+std::optional<std::vector<WindowDescription>> X11WindowManager::onScreen() const {
   PropertyRequest stacking(connection_, connection_.root(), atoms_[stackingList]);
   PropertyRequest unordered(connection_, connection_.root(), atoms_[clientList]);
   PropertyRequest current(connection_, connection_.root(), atoms_[currentDesktop]);
@@ -200,6 +207,15 @@ std::optional<std::vector<WindowDescription>> X11WindowList::onScreen() const {
     if (window && !(sweptAway && window->layer == ordinaryLayer)) onScreen.push_back(*window);
   }
   return onScreen;
+}
+
+Registration X11WindowManager::onWindowEvent(std::function<void()> happened) {
+  constexpr std::array<std::string_view, 3> ofRoot{"_NET_ACTIVE_WINDOW", "_NET_CURRENT_DESKTOP",
+                                                   "_NET_SHOWING_DESKTOP"};
+  // Minimised or not.
+  constexpr std::array<std::string_view, 1> ofClients{"WM_STATE"};
+  return Registration(
+      [watch = std::make_shared<PropertyWatch>(connection_, ofRoot, ofClients, std::move(happened))] {});
 }
 
 }  // namespace tavelle
