@@ -6,7 +6,9 @@
 #include <fstream>
 #include <map>
 #include <string>
+#include <vector>
 
+#include "desktop_picture/store_entries.h"
 #include "desktop_picture/wallpaper_store.h"
 #include "fakes/fake_desktop.h"
 #include "fakes/temporary_folder.h"
@@ -19,33 +21,24 @@ namespace {
 constexpr int spaceCount = 300;
 constexpr int displayCount = 3;
 
-PlistPtr entryShowing(const std::string& address) {
-  PlistPtr entry(plist_new_dict());
-  setPlistItem(entry.get(), "Type", PlistPtr(plist_new_string("individual")));
-  setPlistItem(entry.get(), "Desktop", std::move(desktopRecord(address, nullptr, WallTime{})).value());
-  setPlistItem(entry.get(), "Idle", std::move(desktopRecord("file:///idle.jpg", nullptr, WallTime{})).value());
-  return entry;
+std::vector<std::string> names(const std::string& prefix, int count) {
+  std::vector<std::string> names;
+  for (int i = 0; i < count; ++i) names.push_back(prefix + std::to_string(i));
+  return names;
 }
 
-/// A store as the system writes it, with every entry showing this image.
+/// A store with every entry showing this image, and another one when idle.
 const std::string& storeShowing(const std::string& address) {
   static std::map<std::string, std::string> stores;
   std::string& bytes = stores[address];
   if (!bytes.empty()) return bytes;
   const PlistPtr root(plist_new_dict());
-  setPlistItem(root.get(), "AllSpacesAndDisplays", entryShowing(address));
-  PlistPtr spaces(plist_new_dict());
-  for (int i = 0; i < spaceCount; ++i) {
-    PlistPtr space(plist_new_dict());
-    setPlistItem(space.get(), "Default", entryShowing(address));
-    PlistPtr displays(plist_new_dict());
-    for (int k = 0; k < displayCount; ++k) {
-      setPlistItem(displays.get(), ("0F2C-display-" + std::to_string(k)).c_str(), entryShowing(address));
-    }
-    setPlistItem(space.get(), "Displays", std::move(displays));
-    setPlistItem(spaces.get(), ("7B31-space-" + std::to_string(i)).c_str(), std::move(space));
-  }
-  setPlistItem(root.get(), "Spaces", std::move(spaces));
+  completeStore(root.get(), {}, {}, WallTime{});
+  static_cast<void>(setImageEverywhere(root.get(), "file:///idle.jpg", WallTime{}));
+  plist_t entry = plistItem(root.get(), "AllSpacesAndDisplays", PLIST_DICT);
+  setPlistItem(entry, "Idle", PlistPtr(plist_copy(plistItem(entry, "Desktop", PLIST_DICT))));
+  completeStore(root.get(), names("0F2C-display-", displayCount), names("7B31-space-", spaceCount), WallTime{});
+  static_cast<void>(setImageEverywhere(root.get(), address, WallTime{}));
   return bytes = binaryPlist(root.get()).value();
 }
 

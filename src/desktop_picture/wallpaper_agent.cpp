@@ -1,13 +1,14 @@
 #include "desktop_picture/wallpaper_agent.h"
 
 #include <cmath>
+#include <optional>
 #include <utility>
+#include <vector>
 
 #include "base/file_uri.h"
 #include "desktop_picture/store_entries.h"
-#include "desktop_picture/wallpaper_store.h"
+#include "platform/clock.h"
 #include "platform/desktop_picture.h"
-#include "platform/files.h"
 #include "platform/main_loop.h"
 #include "platform/screens.h"
 #include "platform/spaces.h"
@@ -29,7 +30,8 @@ std::string keyOf(const std::string& screen) { return std::string(appliedKey) + 
 
 }  // namespace
 
-WallpaperAgent::WallpaperAgent(AgentServices services) : services_(std::move(services)) {}
+WallpaperAgent::WallpaperAgent(AgentServices services)
+    : services_(std::move(services)), store_(services_.files, services_.store) {}
 
 void WallpaperAgent::start() {
   screenObserver_ = services_.screens.onChange([this] { changed(); });
@@ -42,55 +44,42 @@ void WallpaperAgent::changed() {
 }
 
 void WallpaperAgent::bringUpToDate() {
-  const PlistPtr root = readStore();
-  if (!root) return;
   const auto screens = services_.screens.list();
+  const auto spaces = services_.spaces.list();
   std::vector<std::string> displays;
   displays.reserve(screens.size());
   for (const Screen& screen : screens) displays.push_back(screen.name);
-  if (completeStore(root.get(), displays, services_.spaces.list(), services_.clock.now())) {
-    // What cannot be written now is tried again with the next change.
-    static_cast<void>(writeStore(root.get()));
-  }
-  for (const Screen& screen : screens) apply(root.get(), screen);
+  std::vector<std::pair<Screen, ShownImage>> wanted;
+  // What cannot be written now is tried again with the next change.
+  static_cast<void>(store_.change(WallpaperStore::IfMissing::make, [&](plist_t root) {
+    const bool added = completeStore(root, displays, spaces, services_.clock.now());
+    for (const Screen& screen : screens) {
+      if (auto image = imageOfDisplay(root, screen.name)) wanted.emplace_back(screen, *std::move(image));
+    }
+    return added;
+  }));
+  for (const auto& [screen, image] : wanted) apply(image, screen);
 }
 
-void WallpaperAgent::apply(plist_t root, const Screen& screen) {
-  plist_t entry = entryOfDisplay(root, screen.name);
-  const auto address = shownImage(entry);
-  const auto image = address ? filePath(*address) : std::nullopt;
+void WallpaperAgent::apply(const ShownImage& wanted, const Screen& screen) {
+  const auto image = filePath(wanted.address);
   if (!image) return;
   // What the screen shows since the entry was brought onto it is either that or the user's own choice. An older entry
   // is another one: somebody has put an earlier store back, or the clock.
   const bool applied = services_.memory.value(keyOf(screen.name)).has_value() &&
-                       std::abs(timeOfEntry(entry) - services_.memory.real(keyOf(screen.name))) < sameTime;
+                       std::abs(wanted.setAt - services_.memory.real(keyOf(screen.name))) < sameTime;
   if (applied && services_.desktopPicture.current(screen)) return;
-  if (services_.desktopPicture.set(*image, screen)) remember(screen.name, entry);
+  if (services_.desktopPicture.set(*image, screen)) services_.memory.set(keyOf(screen.name), wanted.setAt);
 }
 
 void WallpaperAgent::pictureWasSet(const std::string& imageAddress, const std::string& screen) {
-  const PlistPtr root = readStore();
-  if (!root) return;
-  plist_t entry = setEntryOfDisplay(root.get(), screen, imageAddress, services_.clock.now());
-  if (!entry) return;
+  std::optional<ShownImage> noted;
+  const auto written = store_.change(WallpaperStore::IfMissing::make, [&](plist_t root) {
+    if (setImageOfDisplay(root, screen, imageAddress, services_.clock.now())) noted = imageOfDisplay(root, screen);
+    return noted.has_value();
+  });
   // Only along with the store: its entry, which would be the older one, must not look like a new wish later.
-  if (writeStore(root.get())) remember(screen, entry);
-}
-
-void WallpaperAgent::remember(const std::string& screen, plist_t entry) {
-  services_.memory.set(keyOf(screen), timeOfEntry(entry));
-}
-
-PlistPtr WallpaperAgent::readStore() const {
-  if (!services_.files.exists(services_.store)) return PlistPtr(plist_new_dict());
-  const auto bytes = services_.files.read(services_.store);
-  return bytes ? parsedDictionary(*bytes) : nullptr;
-}
-
-bool WallpaperAgent::writeStore(plist_t root) {
-  const auto bytes = binaryPlist(root);
-  return bytes && services_.files.createFolders(services_.store.parent_path()) &&
-         services_.files.write(services_.store, *bytes);
+  if (written && noted) services_.memory.set(keyOf(screen), noted->setAt);
 }
 
 }  // namespace tavelle

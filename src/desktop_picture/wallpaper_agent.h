@@ -2,10 +2,9 @@
 
 #include <filesystem>
 #include <string>
-#include <string_view>
 
-#include "base/property_list.h"
 #include "base/registration.h"
+#include "desktop_picture/wallpaper_store.h"
 
 namespace tavelle {
 
@@ -17,6 +16,7 @@ class Screens;
 class Spaces;
 class UserDefaults;
 struct Screen;
+struct ShownImage;
 
 /// What the agent needs from outside. The services outlive it.
 struct AgentServices {
@@ -32,8 +32,8 @@ struct AgentServices {
   std::filesystem::path store;
 };
 
-/// The owner of the wallpaper store: makes it, keeps an entry in it for every display and workspace there is, and
-/// brings its pictures onto the screens. A picture that the user has chosen in any other way stays: a screen is touched
+/// Sees to the wallpaper store: makes it, keeps an entry in it for every display and workspace there is, and brings its
+/// pictures onto the screens. A picture that the user has chosen in any other way stays: a screen is touched
 /// only when its entry is not the one that the agent last brought onto it, or when it shows nothing. A store that
 /// cannot be read is left alone. Nothing fails towards the caller. Main thread only.
 class WallpaperAgent {
@@ -52,13 +52,10 @@ class WallpaperAgent {
  private:
   void changed();
   void bringUpToDate();
-  void apply(plist_t root, const Screen& screen);
-  void remember(const std::string& screen, plist_t entry);
-  PlistPtr readStore() const;
-  /// Whether it has been written.
-  [[nodiscard]] bool writeStore(plist_t root);
+  void apply(const ShownImage& wanted, const Screen& screen);
 
   const AgentServices services_;
+  WallpaperStore store_;
   Registration screenObserver_;
   Registration spaceObserver_;
   Registration update_;

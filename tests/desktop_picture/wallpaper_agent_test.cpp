@@ -38,7 +38,7 @@ struct Agent : testing::Test {
   }
   PlistPtr store() { return parsedDictionary(platform.files.content(storePath).value_or("")); }
   std::string imageOf(const std::string& display) {
-    return shownImage(entryOfDisplay(store().get(), display)).value_or("nothing");
+    return imageOfDisplay(store().get(), display).value_or(ShownImage{"nothing"}).address;
   }
   std::string shown(const std::string& screen) { return pictures.pictures[screen].native(); }
 
@@ -127,9 +127,11 @@ TEST_F(Agent, NotesWhatOthersSet) {
 }
 
 TEST_F(Agent, LeavesAStoreAloneThatItCannotRead) {
+  // Once copied to the displays, it could not be read any more.
+  const auto deep = storeWith("AllSpacesAndDisplays/a", repeated("<array>", 508) + repeated("</array>", 508));
   for (const std::string odd :
        {"damaged", "<plist><dict><key>AllSpacesAndDisplays</key><integer>1</integer></dict></plist>",
-        "<plist><dict><key>Displays</key><string>x</string><key>Spaces</key><array/></dict></plist>"}) {
+        "<plist><dict><key>Displays</key><string>x</string><key>Spaces</key><array/></dict></plist>", deep.c_str()}) {
     platform.files.put(storePath, odd);
     restart();
     agent->pictureWasSet("file:///b.jpg", "left");

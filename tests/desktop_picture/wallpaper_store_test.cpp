@@ -146,6 +146,9 @@ TEST_F(StoreSync, KeepsEveryTypeOfValue) {
 }
 
 TEST_F(StoreSync, LeavesTheStoreAloneWhenItCannotGoOn) {
+  EXPECT_FALSE(sync());
+  EXPECT_EQ(lines, unreadable);
+  EXPECT_FALSE(files.exists("/store")) << "where there is no store, none is made";
   for (const std::string bytes : {"", "garbage", "bplist00", "<plist><array/></plist>", "<plist><dict>"}) {
     expectNoChange(bytes, unreadable);
   }
