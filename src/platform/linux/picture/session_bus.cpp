@@ -1,12 +1,14 @@
 #include "platform/linux/picture/session_bus.h"
 
+#include <chrono>
+
 #include "base/text.h"
 
 namespace tavelle {
 namespace {
 
 /// Far more than a service takes that is well; a user waits for the answer.
-constexpr int longestWait = 5000;  // ms
+constexpr std::chrono::milliseconds longestWait{5000};
 
 }  // namespace
 
@@ -25,7 +27,7 @@ Result<GVariantPtr> callSessionBus(const BusMethod& method, GVariant* arguments,
   const auto flags =
       activation == BusActivation::onlyRunning ? G_DBUS_CALL_FLAGS_NO_AUTO_START : G_DBUS_CALL_FLAGS_NONE;
   GVariantPtr reply(g_dbus_connection_call_sync(bus.get(), method.service, method.path, method.interface, method.name,
-                                                owned.get(), G_VARIANT_TYPE(answer), flags, longestWait, nullptr,
+                                                owned.get(), G_VARIANT_TYPE(answer), flags, static_cast<int>(longestWait.count()), nullptr,
                                                 error.out()));
   if (!reply) return failure(error.get());
   return reply;

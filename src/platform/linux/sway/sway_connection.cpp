@@ -78,8 +78,6 @@ std::optional<std::vector<std::string>> SwayConnection::takeEvents() {
   return events;
 }
 
-std::optional<pid_t> SwayConnection::server() const { return processBehind(socket_.get()); }
-
 bool SwayConnection::send(std::string_view bytes, Deadline deadline) const {
   while (!bytes.empty()) {
     const ssize_t sent = ::send(socket_.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
@@ -137,20 +135,25 @@ std::optional<SwayConnection::Message> SwayConnection::takeMessage() {
 std::optional<std::string> SwayClient::ask(SwayRequest request) {
   const auto begin = std::chrono::steady_clock::now();
   if (begin < restsUntil_) return std::nullopt;
-  // A connection of earlier may have ended since: that says nothing about a new one.
-  for (bool isOld = connection_.has_value(); connect(); isOld = false) {
-    if (auto answer = connection_->ask(request, "", patience_.answer)) return answer;
-    connection_.reset();
-    if (std::chrono::steady_clock::now() - begin >= patience_.answer) {
-      restsUntil_ = std::chrono::steady_clock::now() + patience_.rest;
-      return std::nullopt;
-    }
-    if (!isOld) return std::nullopt;
-  }
-  return std::nullopt;
+  const auto hangs = [&] { return std::chrono::steady_clock::now() - begin >= patience_.answer; };
+  const bool wasConnected = connection_.has_value();
+  auto answer = askOnce(request);
+  // The old connection may have been closed since the last question, which says nothing about a new one.
+  if (!answer && wasConnected && !hangs()) answer = askOnce(request);
+  if (!answer && hangs()) restsUntil_ = std::chrono::steady_clock::now() + patience_.rest;
+  return answer;
 }
 
-std::optional<pid_t> SwayClient::server() { return connect() ? connection_->server() : std::nullopt; }
+std::optional<std::string> SwayClient::askOnce(SwayRequest request) {
+  if (!connect()) return std::nullopt;
+  auto answer = connection_->ask(request, "", patience_.answer);
+  if (!answer) connection_.reset();
+  return answer;
+}
+
+std::optional<pid_t> SwayClient::server() {
+  return connect() ? processBehind(connection_->descriptor()) : std::nullopt;
+}
 
 bool SwayClient::connect() {
   if (!connection_) connection_ = SwayConnection::open(socket_);

@@ -17,24 +17,23 @@ namespace tavelle {
 /// What sway can be asked, by its own numbers (sway-ipc(7)).
 enum class SwayRequest : std::uint32_t { workspaces = 1, subscribe = 2, tree = 4 };
 
-/// How long sway is waited for.
 struct SwayPatience {
-  /// For an answer: far more than it takes for a thousand windows, and the user waits meanwhile.
+  /// How long an answer is waited for: far longer than sway takes for a thousand windows, but the user waits meanwhile.
   std::chrono::milliseconds answer{250};
-  /// Until it is asked again after it has failed.
+  /// How long sway is left alone after it hasn't answered, or after its events have ended.
   std::chrono::milliseconds rest{10'000};
 };
 
-/// One connection to the socket on which sway answers questions about itself. It never waits longer than it is told to.
+/// A connection to the socket on which sway answers questions about itself. It never waits longer than it is told to.
 /// One thread at a time.
 class SwayConnection {
  public:
   /// None when nobody listens at `socket`, a path.
   static std::optional<SwayConnection> open(const std::filesystem::path& socket);
 
-  /// The answer, JSON as sway wrote it. None when it has not come whole within `patience`, and when the connection has
-  /// broken or what came makes no sense: the connection is of no use any more then, since a late answer would be taken
-  /// for that to a later question.
+  /// The answer, JSON as sway wrote it. None when the whole of it has not come within `patience`, when sway has closed
+  /// the connection, or when what came makes no sense. Don't use the connection after that: a late answer would pass for
+  /// the answer to the next question.
   std::optional<std::string> ask(SwayRequest request, std::string_view payload, std::chrono::milliseconds patience);
 
   /// The events, each JSON as sway wrote it, that have come in since the last call, in their order; for a connection
@@ -43,8 +42,6 @@ class SwayConnection {
 
   /// Readable when events have come in.
   int descriptor() const { return socket_.get(); }
-  /// The process that listens at the socket; none when the kernel does not tell.
-  std::optional<pid_t> server() const;
 
  private:
   struct Message {
@@ -67,14 +64,16 @@ class SwayConnection {
   bool broken_ = false;
 };
 
-/// Asks sway again and again, over one connection as long as that lasts. One thread at a time.
+/// Asks sway question after question. It keeps its connection, and opens another when sway has closed it, as a sway
+/// that starts anew does. One thread at a time.
 class SwayClient {
  public:
   explicit SwayClient(std::filesystem::path socket, SwayPatience patience = {})
       : socket_(std::move(socket)), patience_(patience) {}
 
-  /// The answer, JSON as sway wrote it. Waits a quarter of a second at most; whoever has let it wait so long is not
-  /// asked again for ten seconds. None when there was no answer.
+  /// The answer, JSON as sway wrote it; none when there is none. Blocks for about the time of `SwayPatience::answer` at
+  /// most. When that has passed in vain, sway hangs: then there are no answers for the time of `SwayPatience::rest`, and
+  /// nobody waits for them.
   std::optional<std::string> ask(SwayRequest request);
 
   const std::filesystem::path& socket() const { return socket_; }
@@ -83,6 +82,8 @@ class SwayClient {
 
  private:
   bool connect();
+  /// Ends a connection that gives no answer.
+  std::optional<std::string> askOnce(SwayRequest request);
 
   const std::filesystem::path socket_;
   const SwayPatience patience_;

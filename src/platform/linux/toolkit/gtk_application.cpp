@@ -5,6 +5,7 @@
 #include <gtkmm/dialog.h>
 
 #include <array>
+#include <chrono>
 #include <csignal>
 #include <utility>
 
@@ -15,7 +16,7 @@ namespace {
 constexpr auto startedByBus = "--gapplication-service";
 
 /// How long a program that the bus has started waits to be told what for.
-constexpr unsigned patience = 1000;  // ms
+constexpr std::chrono::milliseconds patience{1000};
 
 using Later = std::function<void(const std::function<void()>&)>;
 
@@ -71,7 +72,7 @@ int GtkApplication::run(ApplicationDelegate& delegate, const std::vector<std::st
 /// makes by itself: with both, the first start would look like a second one.
 void GtkApplication::awaitActivation() {
   application_->set_flags(Gio::APPLICATION_IS_SERVICE);
-  Glib::signal_timeout().connect_once([this] { launch(); }, patience);
+  Glib::signal_timeout().connect_once([this] { launch(); }, static_cast<unsigned>(patience.count()));
 }
 
 void GtkApplication::activate(ApplicationDelegate& delegate) {

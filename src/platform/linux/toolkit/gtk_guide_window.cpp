@@ -62,7 +62,7 @@ class DragStrip final : public Gtk::EventBox {
 /// Whether the key press is Control and "w", whatever else is held down but Shift.
 bool isCloseKey(const GdkEventKey& event) {
   if (!(event.state & GDK_CONTROL_MASK)) return false;
-  GdkKeymap* const keymap = gdk_keymap_get_for_display(gdk_display_get_default());
+  GdkKeymap* const keymap = gdk_keymap_get_for_display(gdk_window_get_display(event.window));
   const auto keyIn = [&](int group) {
     guint key = 0;
     gdk_keymap_translate_keyboard_state(keymap, event.hardware_keycode, GdkModifierType(event.state & GDK_SHIFT_MASK),
