@@ -161,8 +161,11 @@ class ScrollView final : public View {
 /// What a menu shows as one of its items: rows one below the other, some of them in a box that scrolls.
 class MenuList : public View {
  public:
-  using View::View;
+  explicit MenuList(const Rect& frame, Autoresizing autoresizing = Autoresizing::none)
+      : View(frame, autoresizing), preferredWidth_(frame.width) {}
 
+  /// The width that the list was made with, however wide a menu has made it since.
+  double preferredWidth() const { return preferredWidth_; }
   /// Of all rows, those out of sight among them.
   virtual std::size_t rowCount() const = 0;
   /// From the first to the last. Good until the host hears of another size.
@@ -171,6 +174,9 @@ class MenuList : public View {
   virtual ScrollView* scrollView() const = 0;
   /// Scrolls the box so that the row is in sight.
   virtual void scrollToVisible(const View& row) = 0;
+
+ private:
+  const double preferredWidth_;
 };
 
 }  // namespace tavelle

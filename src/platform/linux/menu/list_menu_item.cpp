@@ -26,7 +26,7 @@ double wheelStep(double page) { return std::pow(page, 2.0 / 3.0); }
 }  // namespace
 
 ListMenuItem::ListMenuItem(std::shared_ptr<MenuList> list, GtkStatusMenu& menu)
-    : Glib::ObjectBase("TavelleListMenuItem"), list_(std::move(list)), width_(list_->frame().width), menu_(menu) {
+    : Glib::ObjectBase("TavelleListMenuItem"), list_(std::move(list)), menu_(menu) {
   add_events(Gdk::SCROLL_MASK | Gdk::SMOOTH_SCROLL_MASK | Gdk::POINTER_MOTION_MASK);
   describeToAssistiveTechnology(*this, list_);
   signal_deselect().connect([this] { hover(nullptr); });
@@ -41,7 +41,7 @@ ListMenuItem::~ListMenuItem() {
 // --- Size and look
 
 void ListMenuItem::get_preferred_width_vfunc(int& minimum, int& natural) const {
-  minimum = natural = static_cast<int>(width_);
+  minimum = natural = static_cast<int>(list_->preferredWidth());
 }
 
 void ListMenuItem::get_preferred_height_vfunc(int& minimum, int& natural) const {

@@ -58,8 +58,6 @@ class ListMenuItem final : public Gtk::MenuItem, MenuHost {
   const MenuTheme& theme();
 
   const std::shared_ptr<MenuList> list_;
-  /// What the list wants, however wide the menu has made it since.
-  const double width_;
   GtkStatusMenu& menu_;
   std::optional<MenuTheme> theme_;
   /// What the pointer, or the keyboard, is on.
