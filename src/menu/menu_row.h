@@ -19,7 +19,7 @@ class MenuRow final : public View {
     std::optional<std::string> symbol = std::nullopt;
     /// Whether the title is less important than others, and paler.
     bool secondary = false;
-    /// May end the row and all around it.
+    /// The row, and the list that it is in, may be gone when it returns.
     std::function<void()> action;
   };
 
@@ -34,7 +34,6 @@ class MenuRow final : public View {
   const std::optional<std::string>& symbol() const { return content_.symbol; }
 
   /// Whether it is drawn as the one that a click, or the return key, would hit.
-  bool hovered() const { return hovered_; }
   void setHovered(bool hovered);
 
   void mouseEntered() override { setHovered(true); }

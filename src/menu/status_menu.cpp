@@ -15,7 +15,7 @@ namespace {
 
 constexpr double preferredPosition = 365.0;
 
-/// Stored scales come from the menu's own and are never computed.
+/// So far a stored scale may lie from one of the menu's and still count as that one.
 constexpr double scaleTolerance = 0.001;
 
 MenuItem separator() { return {.kind = MenuItem::Kind::separator}; }

@@ -11,7 +11,7 @@ namespace {
 
 /// The half row at its end shows that there is more.
 constexpr double scrollBoxHeight = (WallpaperListView::maxVisibleRows + 0.5) * MenuRow::height;
-/// Of the menu, until the rows are laid out.
+/// Until the rows are laid out.
 constexpr double startHeight = 10;
 
 }  // namespace

@@ -132,9 +132,9 @@ class ScrollView final : public View {
 
   /// Once. The document keeps its size and lies at the top; its width follows.
   void setDocument(std::shared_ptr<View> document);
+
   /// How far the top of the content lies above the top of this view, in points.
   double offset() const;
-  double maximumOffset() const;
   /// Goes as near to the offset as the content allows.
   void scrollTo(double offset);
   void scrollBy(double distance) { scrollTo(offset() + distance); }
@@ -152,6 +152,7 @@ class ScrollView final : public View {
  private:
   class Scroller;
 
+  double maximumOffset() const;
   void placeScroller();
 
   View* document_ = nullptr;

@@ -21,7 +21,7 @@ void call(gpointer data) {
   clicked();
 }
 
-/// The picture that the toolkit puts into the tray; none when it has changed its ways.
+/// The picture that the toolkit puts into the tray; none when this version of it keeps it elsewhere.
 GtkImage* pictureOf(GtkStatusIcon* icon) {
   const std::unique_ptr<GList, FreeWith<g_list_free>> windows(gtk_window_list_toplevels());
   const char* const title = gtk_status_icon_get_title(icon);

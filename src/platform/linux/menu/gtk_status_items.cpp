@@ -59,7 +59,7 @@ class GtkStatusItem final : public StatusItem {
   /// A second click on the icon closes the menu, where the panel tells of it.
   void performClick() override {
     if (isMenuOpen()) return menu_->popdown();
-    // It would open the menu before, where that was.
+    // Else the menu before would open again, at its own place.
     reopening_.disconnect();
     menu_.reset();
     items_.clear();

@@ -9,6 +9,7 @@
 #include <gtk-layer-shell.h>
 // clang-format on
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -22,11 +23,11 @@ namespace tavelle {
 namespace {
 
 /// A panel lets go of the pointer when the button that was pressed on it is released, or some frames later.
-constexpr unsigned retryMilliseconds = 40;
+constexpr std::chrono::duration<unsigned, std::milli> retryInterval{40};
 constexpr int maxAttempts = 50;
 
 /// How long the keyboard may take to come. There may be none.
-constexpr unsigned keyboardPatience = 200;  // ms
+constexpr std::chrono::duration<unsigned, std::milli> keyboardPatience{200};
 
 using EventPtr = std::unique_ptr<GdkEvent, FreeWith<gdk_event_free>>;
 
@@ -113,7 +114,7 @@ GtkStatusMenu::Anchor::Anchor(GdkMonitor* monitor, int left, int top, std::funct
         tell();
         return false;
       },
-      keyboardPatience);
+      keyboardPatience.count());
 }
 
 GtkStatusMenu::Anchor::~Anchor() { patience_.disconnect(); }
@@ -194,7 +195,7 @@ void GtkStatusMenu::tryToPopUp() {
         tryToPopUp();
         return false;
       },
-      retryMilliseconds);
+      retryInterval.count());
 }
 
 void GtkStatusMenu::fit() {

@@ -18,16 +18,17 @@ class Monitors;
 /// A menu of the program's, on the screen.
 class GtkStatusMenu final : public Gtk::Menu {
  public:
-  /// `menu` and `monitors` must outlive this. `outgrown` is called, with whether the list is the selected item, after
-  /// the menu has closed since it has outgrown its place: an open one can't be moved on Wayland.
+  /// `menu` and `monitors` must outlive this. On Wayland an open menu can't be moved. When it grows too high for its
+  /// place it closes instead and calls `outgrown`, for a new one to be opened; `onList` tells whether the list was the
+  /// selected item.
   GtkStatusMenu(const MenuItems& menu, const Monitors& monitors, std::function<void(bool onList)> outgrown);
   GtkStatusMenu(const GtkStatusMenu&) = delete;
   GtkStatusMenu& operator=(const GtkStatusMenu&) = delete;
   ~GtkStatusMenu() override;
 
   /// Opens beside `place`, in the toolkit's coordinates of the root window; without one at the pointer, on Wayland in
-  /// the corner where panels have their icons. Where a panel still holds the pointer, a little later. With the list
-  /// selected if `onList`, where it can be outgrown.
+  /// the corner where panels have their icons. Where a panel still holds the pointer, a little later. On Wayland
+  /// the list is the selected item then, if `onList`.
   void popUp(const std::optional<Gdk::Rectangle>& place, bool onList);
   /// Gives the open menu the size that its items now ask for.
   void fit();

@@ -205,7 +205,7 @@ void makeListClass(gpointer type, gpointer /*data*/) {
   methods->ref_child = refRow;
 }
 
-/// Below the type that GTK gives menu items, as it must be.
+/// GTK accepts only what is derived from the type of its own menu items.
 GType listType() {
   static const GType type = [] {
     GTypeQuery parent{};

@@ -4,6 +4,7 @@
 #include <glibmm/main.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <utility>
 
@@ -16,8 +17,8 @@ namespace tavelle {
 namespace {
 
 /// How long the scroll bar stays after the last movement, and how it goes then.
-constexpr unsigned idleMilliseconds = 700;
-constexpr unsigned fadeMilliseconds = 30;
+constexpr std::chrono::duration<unsigned, std::milli> idleTime{700};
+constexpr std::chrono::duration<unsigned, std::milli> fadeInterval{30};
 constexpr double fadeStep = 0.125;
 
 /// How far one notch of a mouse wheel goes: what GTK's own scroll bars take for a page of that size.
@@ -145,7 +146,7 @@ bool ListMenuItem::on_button_press_event(GdkEventButton* event) {
     pressed_ = pressed;
     pressed->mouseDown(pressed->convertFrom(*list_, *pointer_));
   }
-  // Not the menu's: it would close at the release.
+  // The menu must not hear of it: it would close at the release.
   return true;
 }
 
@@ -191,19 +192,19 @@ void ListMenuItem::showScroller() {
         fadeScroller();
         return false;
       },
-      idleMilliseconds);
+      idleTime.count());
 }
 
 void ListMenuItem::fadeScroller() {
   fading_ = Glib::signal_timeout().connect(
       [this] {
-        // Not from under a hand that holds it.
+        // Not while the user drags it.
         if (!pressed_.expired()) return true;
         scrollerOpacity_ = std::max(0.0, scrollerOpacity_ - fadeStep);
         if (ScrollView* const box = list_->scrollView()) box->setScrollerOpacity(scrollerOpacity_);
         return scrollerOpacity_ > 0;
       },
-      fadeMilliseconds);
+      fadeInterval.count());
 }
 
 // --- Keyboard

@@ -9,6 +9,7 @@
 #include <sigc++/connection.h>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include "platform/linux/handles.h"
@@ -77,7 +78,7 @@ class Submenu final : public Gtk::Menu {
   explicit Submenu(const MenuItems& items) : items_(items) {
     useMenuStyle(*this);
     signal_map().connect([this] {
-      adding_ = Glib::signal_timeout().connect([this] { return add(furtherItems); }, furtherMilliseconds);
+      adding_ = Glib::signal_timeout().connect([this] { return add(furtherItems); }, furtherInterval.count());
     });
     signal_unmap().connect([this] { adding_.disconnect(); });
   }
@@ -93,7 +94,7 @@ class Submenu final : public Gtk::Menu {
  private:
   static constexpr std::size_t firstItems = 120;
   static constexpr std::size_t furtherItems = 20;
-  static constexpr unsigned furtherMilliseconds = 15;
+  static constexpr std::chrono::duration<unsigned, std::milli> furtherInterval{15};
 
   /// Whether there are more to add.
   bool add(std::size_t count) {
