@@ -1,6 +1,7 @@
 #include "desktop_picture/wallpaper_store.h"
 
 #include "base/file_uri.h"
+#include "base/registration.h"
 #include "base/text.h"
 #include "desktop_picture/store_entries.h"
 #include "platform/clock.h"
@@ -19,8 +20,9 @@ std::filesystem::path wallpaperStore(const std::filesystem::path& home) {
 }
 
 Result<void> WallpaperStore::change(IfMissing ifMissing, const Edit& edit) {
-  // When it can't be made, the writing says so.
+  // Before the lock, which is one on the folder. When it can't be made, the writing says so.
   if (ifMissing == IfMissing::make) static_cast<void>(files_.createFolders(file_.parent_path()));
+  const Registration lock = files_.lock(file_.parent_path());
   const auto root = read(ifMissing);
   if (!root) return root.error();
   if (!edit(root->get())) return {};

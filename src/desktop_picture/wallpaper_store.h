@@ -24,15 +24,17 @@ class WallpaperStore {
  public:
   enum class IfMissing { fail, make };
   /// Changes the store's dictionary; whether there is anything to write. Called once, or not at all when the store
-  /// can't be read.
+  /// can't be read. It must not wait for anybody: others may be waiting for it.
   using Edit = std::function<bool(plist_t root)>;
 
   /// `file`: see `wallpaperStore`. `files` outlives this.
   WallpaperStore(Files& files, std::filesystem::path file) : files_(files), file_(std::move(file)) {}
 
-  /// Reads the store, has it edited and writes it. A store that is missing is an error, or an empty one, made along
-  /// with its folder. The file is either as before or as after, whatever happens, and never one that could not be read
-  /// again: that would be worse than one that shows another picture.
+  /// Reads the store, has it edited and writes it, under a lock on its folder, so that no change of another's in
+  /// between is lost. Waits for those as long as `Files::lock` does; where that gives none it goes on all the same, and
+  /// can lose one. A store that is missing is an error, or an empty one, made along with its folder. The file is either
+  /// as before or as after, whatever happens, and never one that could not be read again: that would be worse than one
+  /// that shows another picture.
   Result<void> change(IfMissing ifMissing, const Edit& edit);
 
   /// Keeps a copy of the store beside it, once and for all: later ones change nothing. It is worth having, but nothing

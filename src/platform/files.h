@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/registration.h"
 #include "base/result.h"
 #include "base/wall_time.h"
 
@@ -60,6 +61,13 @@ class Files {
   /// Adds `bytes` at the end of the file `path`, which is made when it does not exist; folders are not. What the file
   /// held before stays, whatever happens.
   virtual Result<void> append(const std::filesystem::path& path, std::string_view bytes) = 0;
+
+  /// Keeps whoever else locks the same folder waiting, in this process or another, until the handle is dropped or this
+  /// process ends, however it does. It keeps nobody from doing anything else, leaves nothing in the folder and needs no
+  /// right to write there. Waits for the one who holds the lock, but not for one who hangs: two seconds. After that,
+  /// and when the folder is missing, can't be read or lies where there are no locks, nothing is held and nobody is kept
+  /// waiting. In a folder of another machine's the lock holds between the processes of this one.
+  virtual Registration lock(const std::filesystem::path& folder) = 0;
 };
 
 }  // namespace tavelle

@@ -2,11 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <future>
+
 #include "desktop_picture/agent_keeper.h"
 #include "desktop_picture/store_entries.h"
 #include "desktop_picture/store_values.h"
 #include "desktop_picture/wallpaper_store.h"
 #include "fakes/fake_platform.h"
+#include "fakes/temporary_folder.h"
+#include "platform/linux/linux_files.h"
 #include "platform/spaces.h"
 
 namespace tavelle {
@@ -137,6 +141,29 @@ TEST_F(Agent, LeavesAStoreAloneThatItCannotRead) {
     agent->pictureWasSet("file:///b.jpg", "left");
     EXPECT_TRUE(store() || platform.files.content(storePath) == odd) << odd;
   }
+}
+
+TEST_F(Agent, AndASyncAtTheSameTimeLoseNothingOfEachOther) {
+  const TemporaryFolder folder;
+  const auto file = folder.path() / "Index.plist";
+  LinuxFiles files;
+  WallpaperAgent noting(
+      {platform.clock, pictures, files, platform.mainLoop, platform.screens, spaces, platform.defaults, file});
+  noting.start();
+  const auto sync = [&](const std::string& still) {
+    return syncAllSpaces(still, {platform.clock, files, platform.processes, file}, [](const std::string&) {});
+  };
+  for (int i = 0; i < 20; ++i) {
+    const std::string name = std::to_string(i);
+    auto synced = std::async(std::launch::async, [&] { return sync("/" + name); });
+    noting.pictureWasSet("file:///noted.jpg", name);
+    EXPECT_TRUE(synced.get());
+    const auto root = parsedDictionary(contentOf(file));
+    EXPECT_TRUE(plistItem(plistItem(root.get(), "Displays", PLIST_DICT), name.c_str(), PLIST_DICT)) << name;
+    EXPECT_EQ(imageOfDisplay(root.get(), "without an entry").value_or(ShownImage{}).address, "file:///" + name);
+  }
+  const auto held = files.lock(folder.path());
+  EXPECT_TRUE(sync("/last.jpg")) << "though somebody who hangs holds the lock";
 }
 
 TEST(AgentKeeper, StartsTheAgentAgainLaterAndLater) {

@@ -22,6 +22,8 @@ class FakeFiles final : public Files {
   Result<std::string> read(const std::filesystem::path& path) const override;
   Result<void> write(const std::filesystem::path& path, std::string_view bytes) override;
   Result<void> append(const std::filesystem::path& path, std::string_view bytes) override;
+  /// Nobody else sees it.
+  Registration lock(const std::filesystem::path& /*folder*/) override { return {}; }
 
   /// Puts an object there with all that is missing above it, whatever is broken.
   void put(const std::filesystem::path& path, std::string content = {});

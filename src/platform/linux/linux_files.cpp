@@ -2,10 +2,14 @@
 
 #include <fcntl.h>
 #include <gio/gio.h>
+#include <sys/file.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
+#include <memory>
 #include <system_error>
+#include <thread>
 
 #include "base/text.h"
 #include "platform/linux/file_operations.h"
@@ -15,6 +19,11 @@ namespace tavelle {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+/// Many times what a holder needs for its work on a busy disk.
+constexpr auto longestLockWait = 2s;
+constexpr auto lockCheckInterval = 5ms;
 
 constexpr auto listedAttributes = G_FILE_ATTRIBUTE_STANDARD_NAME
     "," G_FILE_ATTRIBUTE_STANDARD_IS_HIDDEN "," G_FILE_ATTRIBUTE_TIME_CREATED "," G_FILE_ATTRIBUTE_TIME_CREATED_USEC;
@@ -97,6 +106,17 @@ Result<void> LinuxFiles::append(const fs::path& path, std::string_view bytes) {
       open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666));
   if (!file) return systemError(path.native(), errno);
   return file.writeAll(bytes);
+}
+
+Registration LinuxFiles::lock(const fs::path& folder) {
+  auto descriptor = std::make_shared<FileDescriptor>(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  const auto end = std::chrono::steady_clock::now() + longestLockWait;
+  // Asked for again and again: the call that waits knows no end.
+  while (flock(descriptor->get(), LOCK_EX | LOCK_NB) != 0) {
+    if ((errno != EWOULDBLOCK && errno != EINTR) || std::chrono::steady_clock::now() >= end) return {};
+    std::this_thread::sleep_for(lockCheckInterval);
+  }
+  return Registration([descriptor]() mutable { descriptor.reset(); });
 }
 
 }  // namespace tavelle

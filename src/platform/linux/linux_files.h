@@ -18,6 +18,7 @@ class LinuxFiles final : public Files {
   Result<std::string> read(const std::filesystem::path& path) const override;
   Result<void> write(const std::filesystem::path& path, std::string_view bytes) override;
   Result<void> append(const std::filesystem::path& path, std::string_view bytes) override;
+  Registration lock(const std::filesystem::path& folder) override;
 };
 
 }  // namespace tavelle
