@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "desktop_picture/wallpaper_store.h"
+#include "model/controller.h"
 #include "platform/main_loop.h"
 #include "platform/processes.h"
 
@@ -13,6 +15,8 @@ constexpr std::chrono::milliseconds shortestPause{250};
 constexpr std::chrono::minutes longestPause{1};
 /// An agent that has run for so long is well.
 constexpr std::chrono::seconds steadyTime{30};
+
+constexpr std::chrono::seconds recheckDelay{2};
 
 }  // namespace
 
@@ -30,6 +34,19 @@ void AgentKeeper::startLater() {
   steady_.cancel();
   restart_ = mainLoop_.after(pause_, [this] { start(); });
   pause_ = std::min<std::chrono::milliseconds>(2 * pause_, longestPause);
+}
+
+void Controller::startAgent() {
+  agentKeeper_ = std::make_unique<AgentKeeper>(platform_.processes, platform_.mainLoop, platform_.agent);
+  agentKeeper_->start();
+}
+
+void Controller::scheduleSpacesSync(const std::filesystem::path& still, std::chrono::milliseconds delay, int retries) {
+  spacesSyncWork_ = platform_.mainLoop.after(delay, [this, still, retries] {
+    const StoreServices services{platform_.clock, platform_.files, platform_.processes, wallpaperStore(platform_.home)};
+    const bool changed = syncAllSpaces(still, services, [this](const std::string& message) { log(message); });
+    if (changed && retries >= 1) scheduleSpacesSync(still, recheckDelay, retries - 1);
+  });
 }
 
 }  // namespace tavelle

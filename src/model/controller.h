@@ -213,7 +213,7 @@ class Controller final : public ApplicationDelegate, public WebViewDelegate {
   std::unique_ptr<Guide> guide_;
   Registration spacesSyncWork_;
 
-  // Each of these three is one file's own: app/launch.cpp, playback/windows.cpp, desktop_picture/scheduled_sync.cpp.
+  // Each of these three is one file's own: app/launch.cpp, playback/windows.cpp, desktop_picture/agent_keeper.cpp.
   std::vector<Registration> observers_;
   Registration rebuildRequest_;
   std::unique_ptr<AgentKeeper> agentKeeper_;
