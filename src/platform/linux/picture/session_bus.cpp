@@ -27,8 +27,8 @@ Result<GVariantPtr> callSessionBus(const BusMethod& method, GVariant* arguments,
   const auto flags =
       activation == BusActivation::onlyRunning ? G_DBUS_CALL_FLAGS_NO_AUTO_START : G_DBUS_CALL_FLAGS_NONE;
   GVariantPtr reply(g_dbus_connection_call_sync(bus.get(), method.service, method.path, method.interface, method.name,
-                                                owned.get(), G_VARIANT_TYPE(answer), flags, static_cast<int>(longestWait.count()), nullptr,
-                                                error.out()));
+                                                owned.get(), G_VARIANT_TYPE(answer), flags,
+                                                static_cast<int>(longestWait.count()), nullptr, error.out()));
   if (!reply) return failure(error.get());
   return reply;
 }

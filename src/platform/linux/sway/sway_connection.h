@@ -32,8 +32,8 @@ class SwayConnection {
   static std::optional<SwayConnection> open(const std::filesystem::path& socket);
 
   /// The answer, JSON as sway wrote it. None when the whole of it has not come within `patience`, when sway has closed
-  /// the connection, or when what came makes no sense. Don't use the connection after that: a late answer would pass for
-  /// the answer to the next question.
+  /// the connection, or when what came makes no sense. Don't use the connection after that: a late answer would pass
+  /// for the answer to the next question.
   std::optional<std::string> ask(SwayRequest request, std::string_view payload, std::chrono::milliseconds patience);
 
   /// The events, each JSON as sway wrote it, that have come in since the last call, in their order; for a connection
@@ -72,8 +72,8 @@ class SwayClient {
       : socket_(std::move(socket)), patience_(patience) {}
 
   /// The answer, JSON as sway wrote it; none when there is none. Blocks for about the time of `SwayPatience::answer` at
-  /// most. When that has passed in vain, sway hangs: then there are no answers for the time of `SwayPatience::rest`, and
-  /// nobody waits for them.
+  /// most. When that has passed in vain, sway hangs: then there are no answers for the time of `SwayPatience::rest`,
+  /// and nobody waits for them.
   std::optional<std::string> ask(SwayRequest request);
 
   const std::filesystem::path& socket() const { return socket_; }
