@@ -52,7 +52,7 @@ class Monitors {
   /// The main one first. Where none of them is the main one by the display server's word, as on Wayland, it is the one
   /// at the layout's origin, else GDK's first.
   std::vector<GdkMonitor*> all() const;
-  /// Calls `changed` on the main loop after anything about the monitors may have changed, and once now.
+  /// Calls `changed` on the main loop after anything about the monitors may have changed, and once to begin with.
   Registration onChange(std::function<void()> changed);
 
   /// What the display server calls it: the name of its connector. Empty when it has no name.
