@@ -39,10 +39,9 @@ guint32 timeOfClick(GdkWindow* asking) {
   return gdk_x11_get_server_time(asking);
 }
 
-/// What opens a menu: a click in the root window. With the true time the toolkit can tell the end of that click from
-/// the choice of an item; a button let go of before that time would close the menu.
-EventPtr clickInRoot(GdkWindow* asking) {
-  GdkWindow* const root = gdk_get_default_root_window();
+/// What opens a menu: a click in the root window `root`. With the true time the toolkit can tell the end of that click
+/// from the choice of an item; a button let go of before that time would close the menu.
+EventPtr clickInRoot(GdkWindow* root, GdkWindow* asking) {
   EventPtr event(gdk_event_new(GDK_BUTTON_PRESS));
   event->button.window = retain(root).release();
   event->button.button = GDK_BUTTON_PRIMARY;
@@ -51,8 +50,7 @@ EventPtr clickInRoot(GdkWindow* asking) {
   return event;
 }
 
-Gdk::Rectangle pointerPlace() {
-  GdkDisplay* const display = gdk_display_get_default();
+Gdk::Rectangle pointerPlace(GdkDisplay* display) {
   int x = 0;
   int y = 0;
   gdk_device_get_position(gdk_seat_get_pointer(gdk_display_get_default_seat(display)), nullptr, &x, &y);
@@ -146,7 +144,7 @@ GtkStatusMenu::~GtkStatusMenu() {
 
 void GtkStatusMenu::popUp(const std::optional<Gdk::Rectangle>& place, bool onList) {
   if (isWaylandDisplay(monitors_.display())) return popUpOnLayer(place, onList);
-  place_ = place ? *place : pointerPlace();
+  place_ = place ? *place : pointerPlace(monitors_.display());
   attempts_ = 0;
   tryToPopUp();
 }
@@ -186,9 +184,9 @@ void GtkStatusMenu::leaveAnchor() {
 void GtkStatusMenu::tryToPopUp() {
   Gtk::Widget& window = *get_toplevel();
   gtk_widget_realize(window.gobj());
-  const EventPtr event = clickInRoot(window.get_window()->gobj());
-  gtk_menu_popup_at_rect(gobj(), gdk_get_default_root_window(), place_.gobj(), GDK_GRAVITY_SOUTH_WEST,
-                         GDK_GRAVITY_NORTH_WEST, event.get());
+  GdkWindow* const root = gdk_screen_get_root_window(gdk_display_get_default_screen(monitors_.display()));
+  const EventPtr event = clickInRoot(root, window.get_window()->gobj());
+  gtk_menu_popup_at_rect(gobj(), root, place_.gobj(), GDK_GRAVITY_SOUTH_WEST, GDK_GRAVITY_NORTH_WEST, event.get());
   if (get_visible() || ++attempts_ == maxAttempts) return;
   nextAttempt_ = Glib::signal_timeout().connect(
       [this] {
