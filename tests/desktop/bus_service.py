@@ -39,13 +39,13 @@ class BusService:
         self._thread.join()
         self.bus.close_sync()
 
-    def called(self, _sender, arguments, call):
+    def called(self, arguments, call):
         """Answers a call of the only method; in the service's thread."""
         self.calls.append(arguments)
         call.return_value(self.answer)
 
-    def _called(self, _bus, sender, _path, _interface, _method, arguments, call):
-        self.called(sender, arguments.unpack(), call)
+    def _called(self, _bus, _sender, _path, _interface, _method, arguments, call):
+        self.called(arguments.unpack(), call)
 
     def _asked(self, _bus, _sender, _path, _interface, name):
         return self.properties[name]

@@ -4,7 +4,7 @@ import subprocess
 
 import pytest
 from session import DISPLAY_PROBE, Tavelle, VirtualDesktop, XView, wait_until
-from tray import Menu, Panel
+from tray import Menu
 from windows import Windows
 
 
@@ -39,13 +39,6 @@ def fixture_video(tmp_path_factory):
     subprocess.run(["ffmpeg", "-loglevel", "error", "-f", "lavfi", "-i", "testsrc=size=320x240:rate=30:duration=60",
                     "-f", "lavfi", "-i", "sine=duration=60", "-pix_fmt", "yuv420p", file], check=True)
     return file
-
-
-@pytest.fixture(name="panel")
-def fixture_panel(desktop, tmp_path):
-    panel = Panel(desktop, tmp_path / "panel home")
-    yield panel
-    panel.close()
 
 
 @pytest.fixture(name="tavelle")

@@ -47,7 +47,7 @@ class PlasmaShell(BusService):
         self.state = state
         self._answer = answer or self._evaluate
 
-    def called(self, _sender, arguments, call):
+    def called(self, arguments, call):
         self._answer(call, arguments[0])
 
     def _evaluate(self, call, script):

@@ -1,11 +1,8 @@
 """Which files a page may read: those of its own folder and no other, however it asks and however it spells them."""
 
-import functools
-import http.server
 import json
 import shutil
 import subprocess
-import threading
 import wave
 from urllib.parse import quote
 
@@ -80,15 +77,10 @@ def test_pages_read_their_own_folder_only(tavelle, place):
         (own / f"kept.{way}").symlink_to(f"own.{way}")
 
     inside = ["own.EXT", "sub/own.EXT", "sub/../own.EXT", "%6fwn.EXT?x=..#../y", "kept.EXT", "link/own.EXT"]
-    outside = ["../Other/s.EXT", "sub/../../Other/s.EXT", "%2e%2e/Other/s.EXT", "..%2FOther/s.EXT", "..%2fOther/s.EXT",
-               "%2E%2E%2FOther/s.EXT", "..%5COther/s.EXT", "..\\Other/s.EXT", f"{other.as_uri()}/s.EXT",
-               f"file://localhost{other}/s.EXT", f"../{alike.name}/s.EXT", f"../{name}2/s.EXT",
-               "out/s.EXT", "%6fut/s.EXT", "%6Fut/s.EXT", "o%75%74/s.EXT", "./out//s.EXT", "sub/../out/s.EXT",
-               "leak.EXT", "le%61k.EXT", "leak%2eEXT", "leak.EXT?x", "leak.EXT#x", "leak.EXT%00",
-               "leak.EXT%00x", ".//leak.EXT", ".//%6fut/s.EXT", "sub/.//out/s.EXT", "out/s.EXT%00",
-               "file:///etc/passwd#.EXT", "/etc/passwd?.EXT",
-               f"sub/{strange}/s.EXT", f"s%75b/{quote(strange, safe='')}/s.EXT", f"sub/{quote(strange)}/s.EXT",
-               "sub/out/s.EXT", "alias/out/s.EXT", f"alias/{strange}/s.EXT"]
+    outside = ["sub/../../Other/s.EXT", "%2e%2e/Other/s.EXT", "..%2FOther/s.EXT", "..%5COther/s.EXT", "..\\Other/s.EXT",
+               f"file://localhost{other}/s.EXT", f"../{alike.name}/s.EXT", f"../{name}2/s.EXT", "/etc/passwd?.EXT",
+               "o%75%74/s.EXT", "./out//s.EXT", "sub/.//out/s.EXT", "leak%2eEXT", "leak.EXT?x", "leak.EXT#x",
+               "leak.EXT%00x", f"s%75b/{quote(strange, safe='')}/s.EXT", "alias/out/s.EXT", f"alias/{strange}/s.EXT"]
     moves = ["../Other/index.html", "..%2FOther/index.html", "out/index.html", "%6fut/index.html", "file:///etc/passwd",
              (other / "index.html").as_uri()]
     tavelle.add(name, HEAD + LOADERS + f"""<script>
@@ -114,17 +106,3 @@ def test_pages_read_their_own_folder_only(tavelle, place):
     assert not tavelle.found("page: OUTSIDE") and len(tavelle.found("loaded: ")) == 1
     tavelle.show("Next")
     assert json.loads(tavelle.wait("page: next (.*)")[1]) == sorted(f"own.{way}" for way in WAYS)
-
-
-def test_pages_reach_the_web(tavelle, tmp_path):
-    fill(tmp_path / "web", "own")
-    handler = functools.partial(http.server.SimpleHTTPRequestHandler, directory=tmp_path / "web")
-    with http.server.ThreadingHTTPServer(("127.0.0.1", 0), handler) as server:
-        threading.Thread(target=server.serve_forever).start()
-        try:
-            web = f"http://127.0.0.1:{server.server_port}/own."
-            tavelle.play(HEAD + LOADERS + f"<script>readable(['{web}EXT']).then(read => say('read ' + read))</script>")
-            # All but the text, which only a server that wants it lets pages from elsewhere read.
-            assert json.loads(tavelle.wait("page: read (.*)")[1]) == sorted(web + way for way in WAYS if way != "txt")
-        finally:
-            server.shutdown()

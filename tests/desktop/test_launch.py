@@ -1,12 +1,13 @@
-"""From the start of the program to its end: what it shows first, what it remembers, how it goes."""
+"""From the start of the program, by a user or the bus, to its end: what it shows first, what it remembers, how it goes."""
 
 import datetime
 import os
 import signal
 
 import pytest
-from session import FIRST, SAMPLES, SECOND, STAMP, TALKING, color_page, descendants, lives, wait_until
+from session import BINARY, FIRST, SAMPLES, SECOND, STAMP, TALKING, GLib, color_page, descendants, lives, wait_until
 
+BUS_NAME = "org.tavelle.Tavelle"
 GREEN = color_page("#008000")
 NAMES = ["it's \"so\"", "100%", "a%2e%2Fb", "a#b", "what?", "a\\b:+&", "new\nline", " edge ", "<b>", "Straße é"]
 
@@ -76,16 +77,11 @@ def test_any_folder_name_plays_and_is_remembered(tavelle):
     tavelle.wait(said, count=4)
 
 
-def test_ends_cleanly_when_asked(tavelle):
+@pytest.mark.parametrize(("number", "status"), [(signal.SIGINT, 0), (signal.SIGKILL, -signal.SIGKILL)])
+def test_children_do_not_outlive_the_program(tavelle, number, status):
     tavelle.play(GREEN)
-    assert len(descendants(tavelle.process.pid)) >= 4
-    assert tavelle.stop(signal.SIGINT, seconds=3) == 0
-
-
-def test_children_do_not_outlive_a_killed_program(tavelle):
-    tavelle.play(GREEN)
-    assert len(tavelle.page_processes()) == 2
-    assert tavelle.stop(signal.SIGKILL) == -signal.SIGKILL
+    assert len(tavelle.page_processes()) == 2 and len(descendants(tavelle.process.pid)) >= 4
+    assert tavelle.stop(number, seconds=3) == status
 
 
 def test_second_start_shows_the_tutorial_of_the_first(tavelle, view, windows):
@@ -99,3 +95,32 @@ def test_second_start_shows_the_tutorial_of_the_first(tavelle, view, windows):
     assert set(descendants(tavelle.process.pid)) >= children and all(map(lives, children))
     tavelle.act("quit")
     assert tavelle.process.wait(10) == 0
+
+
+@pytest.fixture(name="activate")
+def fixture_activate(tavelle):
+    """Has the bus start the program, or tell it that somebody wants it."""
+    tavelle.serve(BUS_NAME, f"{BINARY} --gapplication-service")
+    tavelle.ask_bus("UpdateActivationEnvironment", "(a{ss})", {"HOME": str(tavelle.home)})
+    yield lambda: tavelle.bus.call_sync(BUS_NAME, "/org/tavelle/Tavelle", "org.freedesktop.Application", "Activate",
+                                        GLib.Variant("(a{sv})", ({},)), None, 0, -1, None)
+    if tavelle.ask_bus("NameHasOwner", "(s)", BUS_NAME)[0]:
+        process = tavelle.ask_bus("GetConnectionUnixProcessID", "(s)", BUS_NAME)[0]
+        os.kill(process, signal.SIGTERM)
+        wait_until(lambda: not lives(process), 20, "the program to end")
+
+
+@pytest.mark.parametrize("way", ["an activation", "a command", "nothing"])
+def test_a_start_by_the_bus_is_an_ordinary_one(activate, tavelle, view, way):
+    tavelle.add("Own", color_page("#204060"))
+    tavelle.add("Other", color_page("#604020"))
+    tavelle.store(wallpaper="Own")
+    # A name can be asked for with nothing to say to it, too.
+    {"an activation": activate, "a command": lambda: tavelle.show("Other"),
+     "nothing": lambda: tavelle.ask_bus("StartServiceByName", "(su)", BUS_NAME, 0)}[way]()
+    color = 0x604020 if way == "a command" else 0x204060
+    view.wait_for(color, FIRST, SECOND)
+    tavelle.wait("measured")  # nothing else comes after a launch
+    assert len(tavelle.found("launched")) == 1 and not view.named("How to Use Tavelle")
+    activate()
+    view.wait_for_focus("How to Use Tavelle")

@@ -4,9 +4,7 @@ import os
 import re
 import shutil
 import signal
-import socket
 
-import pytest
 from bus_service import BusService
 from session import HEAD, TALKING, GLib, color_page, lives, wait_until
 
@@ -89,28 +87,15 @@ def test_page_that_is_busy_is_waited_for(tavelle):
     assert tavelle.page_processes() == process and not tavelle.found("web content process ended")
 
 
-def test_page_that_waits_for_a_server_is_waited_for(tavelle):
-    with socket.create_server(("127.0.0.1", 0)) as server:
-        tavelle.play(HEAD + f"""<script>setTimeout(() => {{
-            const request = new XMLHttpRequest;
-            request.open('GET', 'http://127.0.0.1:{server.getsockname()[1]}/', false);
-            try {{ request.send(); }} catch (error) {{ say('waited'); }}
-        }}, 500)</script>""")
-        connection, _ = server.accept()
-        with pytest.raises(TimeoutError):
-            tavelle.wait("web content process ended", seconds=12)
-        connection.close()
-        tavelle.wait("page: waited")
-
-
-def test_errors_are_logged(tavelle):
+def test_errors_are_logged(tavelle, view):
     folder = tavelle.play(HEAD + """<script>
+        window.webkit.messageHandlers.log.postMessage('half \\ud83d a pair');
         console.error('a', 1);
         setTimeout(() => { throw new Error('uncaught'); });
         setTimeout(() => say('end'), 100);
     </script><script>missing();</script>""")
     tavelle.wait("page: end")
-    for message in ("page: console.error: a 1", "page: js error: Error: uncaught",
+    for message in ("page: half \ufffd a pair", "page: console.error: a 1", "page: js error: Error: uncaught",
                     "page: js error: ReferenceError: Can't find variable: missing"):
         assert len(tavelle.found(re.escape(message) + "$")) == 1
 
@@ -121,6 +106,12 @@ def test_errors_are_logged(tavelle):
     tavelle.add("Good", color_page("#008000"))
     tavelle.show("Good")
     tavelle.wait("loaded: ", count=2)
+    # What can't be loaded leaves nothing of the page before, and does not keep the next from playing.
+    (tavelle.library / "Odd/index.html").mkdir(parents=True)
+    for color in (0, 0x008000):
+        tavelle.show("Good" if color else "Odd")
+        view.wait_for(color, (0, 0, 1280, 720))
+    assert (len(tavelle.found("loaded: ")), len(tavelle.found("load failed: "))) == (3, 2)
 
 
 def test_page_cannot_leave_its_window_and_has_no_rights_of_a_user(tavelle, view):

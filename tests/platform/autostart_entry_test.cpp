@@ -66,17 +66,6 @@ TEST_F(Autostart, TellsWhatTheSessionWillDo) {
   }
 }
 
-TEST_F(Autostart, TakesItsOwnEntryAwayButHidesWhatTheSystemWouldStartInItsPlace) {
-  ASSERT_TRUE(item.registerApplication());
-  EXPECT_TRUE(adopt(g_desktop_app_info_new_from_filename(users.c_str()))) << contentOf(users);
-  ASSERT_TRUE(item.unregister());
-  EXPECT_TRUE(fs::is_empty(home));
-  ASSERT_TRUE(item.registerApplication());
-  put(systems, head + "Exec=true\n");
-  ASSERT_TRUE(item.unregister());
-  EXPECT_EQ(item.status(), notRegistered);
-}
-
 TEST_F(Autostart, KeepsWhatOthersWroteIntoIt) {
   const std::string kept = "# mine\n\n" + head + "Name[de]=Tapete\nExec=env LANG=C " + program.native() +
                            " # later\nX-GNOME-Autostart-Delay=5\nOnlyShowIn=KDE;XFCE;\n\n[Desktop Action a]\nName=A\n";
@@ -111,6 +100,9 @@ TEST_F(Autostart, StartsTheProgramWhereverItIs) {
     const std::unique_ptr<char*, FreeWith<g_strfreev>> owned(words);
     EXPECT_EQ(words[0], executable.native());
     EXPECT_FALSE(words[1]);
+    // GLib looks for the program without taking a doubled percent sign for one.
+    EXPECT_TRUE(name.find('%') != name.npos || adopt(g_desktop_app_info_new_from_filename(users.c_str()))) << name;
+    EXPECT_TRUE(entry.unregister() && fs::is_empty(home)) << "its own entry goes";
   }
 }
 

@@ -99,14 +99,5 @@ TEST_F(DefaultsFile, LivesOnWhenItCannotBeSaved) {
   EXPECT_EQ(PlistDefaults(file).string("wallpaper"), "Waves");
 }
 
-TEST_F(DefaultsFile, WritesThroughASymbolicLink) {
-  fs::create_directory(folder.path() / "dotfiles");
-  std::ofstream(folder.path() / "dotfiles/real.plist") << "<plist><dict/></plist>";
-  fs::create_symlink("dotfiles/real.plist", file);
-  defaults.set("fps", std::int64_t{30});
-  EXPECT_TRUE(fs::is_symlink(file));
-  EXPECT_EQ(PlistDefaults(folder.path() / "dotfiles/real.plist").integer("fps"), 30);
-}
-
 }  // namespace
 }  // namespace tavelle

@@ -18,33 +18,19 @@ namespace {
 
 using namespace std::chrono_literals;
 
-std::string box(const Rect& rect) {
-  const auto number = [](double each) { return std::to_string(static_cast<int>(each)); };
-  return R"({"x":)" + number(rect.x) + R"(,"y":)" + number(rect.y) + R"(,"width":)" + number(rect.width) +
-         R"(,"height":)" + number(rect.height) + "}";
-}
-
-/// A node of the tree, with more members as `more` has them.
-std::string node(const char* type, const Rect& rect, const std::string& more, const std::string& nodes = "") {
-  return std::string(R"({"type":")") + type + R"(","rect":)" + box(rect) + more + R"(,"nodes":[)" + nodes + "]}";
-}
-
-/// A window of the process `pid`.
-std::string window(int pid, const Rect& rect, const Rect& titleBar, const std::string& visible) {
-  return node("con", rect,
-              R"(,"layout":"none","pid":)" + std::to_string(pid) + R"(,"deco_rect":)" + box(titleBar) +
-                  R"(,"visible":)" + visible);
-}
-
 // The numbers are those of sway 1.7's own tree.
 TEST(SwayTree, PutsTheTitleBarsOfAStackOverWhatIsAtItsTop) {
-  const Rect whole{0, 0, 1280, 720};
-  const std::string split =
-      node("con", {0, 100, 1280, 620}, R"(,"layout":"splitv","deco_rect":)" + box({0, 25, 1280, 25}),
-           window(2, {0, 75, 1280, 310}, {0, 0, 1280, 25}, "true") + "," + window(3, {0, 385, 1280, 335}, {}, "true"));
-  const std::string stack = node("con", whole, R"(,"layout":"stacked")",
-                                 window(1, {0, 50, 1280, 670}, {0, 0, 1280, 25}, "false") + "," + split);
-  const auto found = windowsInSwayTree(node("root", whole, R"(,"layout":"splith")", stack));
+  const auto found =
+      windowsInSwayTree(R"({"type":"root","layout":"splith","rect":{"x":0,"y":0,"width":1280,"height":720},"nodes":[
+    {"type":"con","layout":"stacked","rect":{"x":0,"y":0,"width":1280,"height":720},"nodes":[
+      {"type":"con","layout":"none","pid":1,"visible":false,"rect":{"x":0,"y":50,"width":1280,"height":670},
+       "deco_rect":{"x":0,"y":0,"width":1280,"height":25},"nodes":[]},
+      {"type":"con","layout":"splitv","rect":{"x":0,"y":100,"width":1280,"height":620},
+       "deco_rect":{"x":0,"y":25,"width":1280,"height":25},"nodes":[
+        {"type":"con","layout":"none","pid":2,"visible":true,"rect":{"x":0,"y":75,"width":1280,"height":310},
+         "deco_rect":{"x":0,"y":0,"width":1280,"height":25},"nodes":[]},
+        {"type":"con","layout":"none","pid":3,"visible":true,"rect":{"x":0,"y":385,"width":1280,"height":335},
+         "deco_rect":{},"nodes":[]}]}]}]})");
   ASSERT_TRUE(found && found->size() == 2);
   EXPECT_EQ(std::pair(found->front().owner, found->front().bounds),
             std::pair(std::optional(2), std::optional(Rect{0, 0, 1280, 385})));
@@ -58,10 +44,9 @@ TEST(SwayTree, IsNotTakenFromSomethingElse) {
 }
 
 TEST(SwayWorkspaces, AreThoseThatAreShown) {
-  const Rect shown{1280, 30, 1280, 690};
-  EXPECT_EQ(shownSwayWorkspaces(R"([{"visible":false,"rect":)" + box({1280, 99, 1280, 600}) +
-                                R"(},{"visible":true,"rect":)" + box(shown) + "}]"),
-            std::vector{shown});
+  EXPECT_EQ(shownSwayWorkspaces(R"([{"visible":false,"rect":{"x":1280,"y":99,"width":1280,"height":600}},
+                                    {"visible":true,"rect":{"x":1280,"y":30,"width":1280,"height":690}}])"),
+            (std::vector{Rect{1280, 30, 1280, 690}}));
 }
 
 std::string message(std::uint32_t type, const std::string& payload) {
