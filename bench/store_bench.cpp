@@ -83,7 +83,7 @@ void mereWriting(benchmark::State& state) {
   const std::string& bytes = storeShowing("file:///other.jpg");
   const StoreFolder store(bytes);
   LinuxFiles files;
-  for (auto _ : state) benchmark::DoNotOptimize(files.write(store.file, bytes));
+  for (auto _ : state) benchmark::DoNotOptimize(files.write(store.file, bytes, Files::Readers::owner));
 }
 
 BENCHMARK(syncAFreshStore)->Unit(benchmark::kMillisecond);

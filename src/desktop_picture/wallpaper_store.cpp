@@ -1,5 +1,8 @@
 #include "desktop_picture/wallpaper_store.h"
 
+#include <optional>
+#include <string>
+
 #include "base/file_uri.h"
 #include "base/registration.h"
 #include "base/text.h"
@@ -12,6 +15,11 @@ namespace tavelle {
 namespace {
 
 constexpr auto unreadable = "desktops: couldn't read the wallpaper store";
+
+/// The path's last name, as text, whether or not a separator follows it.
+std::string lastName(const std::filesystem::path& path) {
+  return escapedUtf8((path.has_filename() ? path : path.parent_path()).filename().native());
+}
 
 }  // namespace
 
@@ -31,7 +39,7 @@ Result<void> WallpaperStore::change(IfMissing ifMissing, const Edit& edit) {
 
 void WallpaperStore::keepBackup() {
   const auto backup = file_.parent_path() / "Index.before-tavelle.plist";
-  if (!files_.exists(backup)) static_cast<void>(files_.copy(file_, backup));
+  if (!files_.exists(backup)) static_cast<void>(files_.copyFile(file_, backup));
 }
 
 Result<PlistPtr> WallpaperStore::read(IfMissing ifMissing) const {
@@ -51,16 +59,16 @@ Result<void> WallpaperStore::write(plist_t root) {
   // A content that is copied to a deeper place may nest too deeply there, and the library can write what it could not
   // read.
   if (!parsedDictionary(*bytes)) return Error{"the store has something in it that can't be written"};
-  return files_.write(file_, *bytes);
+  return files_.write(file_, *bytes, Files::Readers::owner);
 }
 
 bool syncAllSpaces(const std::filesystem::path& still, const StoreServices& services,
                    const std::function<void(const std::string&)>& log) {
   WallpaperStore store(services.files, services.store);
-  Result<bool> changed = Error{"no store"};
+  std::optional<Result<bool>> changed;
   const auto written = store.change(WallpaperStore::IfMissing::fail, [&](plist_t root) {
     changed = setImageEverywhere(root, fileUri(still), services.clock.now());
-    if (!changed || !*changed) return false;
+    if (!*changed || !**changed) return false;
     store.keepBackup();
     return true;
   });
@@ -68,14 +76,15 @@ bool syncAllSpaces(const std::filesystem::path& still, const StoreServices& serv
     log(unreadable);
     return false;
   }
-  if (!written) {
-    log("desktops: couldn't update the wallpaper store: " + written.error().description);
+  if (!*changed || !written) {
+    const Error& error = *changed ? written.error() : changed->error();
+    log("desktops: couldn't update the wallpaper store: " + error.description);
     return false;
   }
-  if (!*changed) return false;
+  if (!**changed) return false;
   // Without an agent there is nothing to restart, and no harm.
   static_cast<void>(services.processes.run("/usr/bin/killall", {"WallpaperAgent"}));
-  log("desktops: every Space now shows " + escapedUtf8(still.filename().native()));
+  log("desktops: every Space now shows " + lastName(still));
   return true;
 }
 

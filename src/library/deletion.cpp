@@ -2,6 +2,7 @@
 
 #include <ostream>
 
+#include "base/text.h"
 #include "library/listing.h"
 #include "model/controller.h"
 #include "model/settings_keys.h"
@@ -44,7 +45,8 @@ void Controller::forget(const std::string& name) {
 int deleteNamed(Controller& controller, const std::string& name, const TextOrder& order, std::ostream& out) {
   const auto all = controller.wallpapers();
   controller.takeStoredWallpaper(all);
-  const auto wallpaper = findNamed(all, name, order);
+  // As the shell completes it: a folder's name need not be text.
+  const auto wallpaper = findNamed(all, escapedUtf8(name), order);
   if (!wallpaper) {
     out << "no wallpaper named " << name << '\n';
     return 1;

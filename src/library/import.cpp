@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -45,14 +44,6 @@ fs::path freeFolder(const fs::path& library, const std::string& name, const File
   return folder;
 }
 
-/// Whether a page finds a file of this extension when it names it as it is. A quotation mark would end the name there
-/// and make the rest of the extension a part of the page, scripts and all.
-bool isFitForPage(std::string_view extension) {
-  constexpr std::string_view unfit = R"("&#?%\)";
-  return extension.find_first_of(unfit) == std::string_view::npos && !extension.ends_with(' ') &&
-         std::none_of(extension.begin(), extension.end(), [](unsigned char c) { return c < ' ' || c == '\x7F'; });
-}
-
 std::string escapedForPage(std::string_view text) {
   std::string escaped;
   for (const char c : text) {
@@ -78,6 +69,7 @@ std::string pageAround(const std::string& element, const std::string& title) {
          element;
 }
 
+/// The media file's name stands in the element as it is.
 struct Media {
   std::string name;
   std::string element;
@@ -95,12 +87,9 @@ Media mediaOf(const Source& source) {
 /// Copies the media file into the folder and writes its page beside it. The page comes last: without it the folder is
 /// no wallpaper.
 Result<void> addMedia(const Source& source, const Media& media, const fs::path& folder, Files& files) {
-  if (!isFitForPage(source.extension)) {
-    return Error{"“." + source.extension + "” can't be the extension of a wallpaper's file"};
-  }
   if (auto made = files.createFolders(folder); !made) return made;
   if (auto copied = files.copyFile(source.file, folder / media.name); !copied) return copied;
-  return files.write(folder / "index.html", pageAround(media.element, source.baseName));
+  return files.write(folder / "index.html", pageAround(media.element, source.baseName), Files::Readers::asUsual);
 }
 
 Result<void> addPage(const Source& source, const fs::path& folder, Files& files) {
@@ -150,7 +139,7 @@ void Controller::makeStill(const std::filesystem::path& from, const std::filesys
     return;
   }
   // A wallpaper without a still works; whoever looks for one later finds that it is not there.
-  static_cast<void>(platform_.files.write(to, *jpeg));
+  static_cast<void>(platform_.files.write(to, *jpeg, Files::Readers::asUsual));
 }
 
 }  // namespace tavelle

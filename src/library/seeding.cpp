@@ -13,6 +13,7 @@ namespace tavelle {
 void Controller::seedLibraryIfEmpty() {
   // When the library cannot be made, each copy below says so.
   static_cast<void>(platform_.files.createFolders(library_));
+  platform_.files.sweep(library_);
   if (!platform_.resources) return;
   auto samples = platform_.files.list(*platform_.resources / "Wallpapers", Files::Hidden::skip);
   if (!samples) return;

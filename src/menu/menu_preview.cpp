@@ -114,7 +114,7 @@ void previewMenu(Controller& controller, const Platform& platform, Bitmaps& bitm
       const std::string name =
           "menu-" + std::string(appearance.label) + (expanded ? "-expanded" : "-collapsed") + ".png";
       // The line tells what was drawn; whoever asked for the files sees which are there.
-      if (*png) static_cast<void>(platform.files.write(folder / name, **png));
+      if (*png) static_cast<void>(platform.files.write(folder / name, **png, Files::Readers::asUsual));
       const auto whole = [](double points) { return static_cast<int>(points); };
       out << "wrote " << name << ' ' << whole(list->bounds().width) << 'x' << whole(list->bounds().height) << '\n';
     }

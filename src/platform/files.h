@@ -23,6 +23,8 @@ struct FileLocation {
 class Files {
  public:
   enum class Hidden { include, skip };
+  /// Who may read a file that is new: whomever the user's umask lets, or the user alone.
+  enum class Readers { asUsual, owner };
 
   virtual ~Files() = default;
 
@@ -39,13 +41,18 @@ class Files {
   /// Makes `folder` and whatever is missing above it. A folder that exists already is a success.
   virtual Result<void> createFolders(const std::filesystem::path& folder) = 0;
 
-  /// Copies a file, or a folder with all it holds. Fails when `to` exists. `to` comes into being only when the copy is
-  /// complete: after a failure, or a crash half way, there is no half copy under that name.
+  /// Copies a file, or a folder with all it holds. Fails when `to` exists. `to` comes into being only when all of the
+  /// copy is on the disk: after a failure, or a crash half way, there is no half copy under that name. What could only
+  /// be read can be written in the copy.
   virtual Result<void> copy(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
 
   /// Copies the content of the regular file `from`, symbolic links followed. Fails when `to` exists. `to` comes into
   /// being only when all of the copy is on the disk. Anything else in the place of a file is an error, never a wait.
   virtual Result<void> copyFile(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
+
+  /// Removes from `folder` what is left of copies into it that never came to their end, since the process was killed or
+  /// the power failed. What cannot be removed stays.
+  virtual void sweep(const std::filesystem::path& folder) = 0;
 
   /// Moves the file or folder to the user's trash, from where it can be put back.
   virtual Result<void> trash(const std::filesystem::path& path) = 0;
@@ -56,7 +63,7 @@ class Files {
 
   /// Makes `bytes` the whole content of the file `path`, in one step that survives a crash or a power cut half way:
   /// then the file is either as before or as after. The folder must exist. A file that existed keeps its permissions.
-  virtual Result<void> write(const std::filesystem::path& path, std::string_view bytes) = 0;
+  virtual Result<void> write(const std::filesystem::path& path, std::string_view bytes, Readers readers) = 0;
 
   /// Adds `bytes` at the end of the file `path`, which is made when it does not exist; folders are not. What the file
   /// held before stays, whatever happens.

@@ -159,7 +159,8 @@ TEST_F(StoreSync, LeavesTheStoreAloneWhenItCannotGoOn) {
   };
   std::string entries;
   for (int i = 0; i < 2000; ++i) entries += "<key>" + std::to_string(i) + "</key><dict/>";
-  expectNoChange(storeWithContent("<string>" + std::string(100'000, 'a') + "</string>", entries), unreadable);
+  expectNoChange(storeWithContent("<string>" + std::string(100'000, 'a') + "</string>", entries),
+                 {"desktops: couldn't update the wallpaper store: the store would become too big"});
   // Once copied two levels deeper, the content could not be read any more.
   expectNoChange(
       storeWithContent(repeated("<array>", 508) + repeated("</array>", 508), "<key>a</key><dict/>"),

@@ -58,12 +58,12 @@ Result<std::string> FakeFiles::read(const fs::path& path) const {
   return objects_.at(path).content;
 }
 
-Result<void> FakeFiles::write(const fs::path& path, std::string_view bytes) {
+Result<void> FakeFiles::write(const fs::path& path, std::string_view bytes, Readers /*readers*/) {
   return isFolder(path) ? Error{"in the way"} : make(path, {false, std::string(bytes), {}});
 }
 
 Result<void> FakeFiles::append(const fs::path& path, std::string_view bytes) {
-  if (!exists(path)) return write(path, bytes);
+  if (!exists(path)) return write(path, bytes, Readers::asUsual);
   if (isFolder(path) || isFull(path)) return Error{"can't open"};
   objects_.at(path).content += bytes;
   return {};

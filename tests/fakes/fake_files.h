@@ -20,7 +20,8 @@ class FakeFiles final : public Files {
   Result<void> copyFile(const std::filesystem::path& from, const std::filesystem::path& to) override;
   Result<void> trash(const std::filesystem::path& path) override { return remove(path), Result<void>(); }
   Result<std::string> read(const std::filesystem::path& path) const override;
-  Result<void> write(const std::filesystem::path& path, std::string_view bytes) override;
+  void sweep(const std::filesystem::path& /*folder*/) override {}
+  Result<void> write(const std::filesystem::path& path, std::string_view bytes, Readers readers) override;
   Result<void> append(const std::filesystem::path& path, std::string_view bytes) override;
   /// Nobody else sees it.
   Registration lock(const std::filesystem::path& /*folder*/) override { return {}; }

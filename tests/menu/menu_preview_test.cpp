@@ -6,7 +6,6 @@
 
 #include "fakes/program_test.h"
 #include "fakes/temporary_folder.h"
-#include "menu/menu_row.h"
 #include "platform/linux/drawing/cairo_canvas.h"
 
 namespace tavelle {
@@ -71,6 +70,8 @@ TEST_F(MenuPreview, DrawsEachAppearanceCollapsedAndExpanded) {
       EXPECT_EQ(drawn.ink(10, 21, 0, 22, grey) > 20, samples > 0) << "the first one counts as the current one";
       if (height < 44) continue;
       EXPECT_EQ(drawn.ink(10, 21, 44, height, grey), 0) << "nothing else is checked";
+      EXPECT_EQ(drawn.ink(216, 226, height - 22, height, grey) > 0, samples > 3) << "the symbol of the last row";
+      EXPECT_EQ(drawn.ink(206, 215, height - 22, height, grey), 0) << "the gap before it";
       EXPECT_EQ(drawn.at(5, 33) == accent, highlit);
       for (const auto& [x, y] : {std::pair(4, 33), {120, 21}, {120, 44}, {5, 23}}) {
         EXPECT_NE(drawn.at(x, y), accent) << "outside of the second row's rounded rectangle: " << x << ", " << y;
@@ -99,20 +100,10 @@ TEST_F(MenuPreview, BeginsTitlesAtTheLeftAndEndsLongOnesInAnEllipsisWhicheverWay
   }
 }
 
-TEST(MenuRowDrawing, TakesTheColoursOfItsState) {
-  const MenuTheme theme{{"Inter", 13}, {0, 0, 1}, {1, 1, 1}, {0, 1, 0}, {1, 0, 0}};
-  for (const auto& [secondary, hovered, wanted] :
-       {std::tuple(false, false, 0x00ff00U), {true, false, 0xff0000U}, {true, true, 0xffffffU}}) {
-    MenuRow row(200,
-                {.title = "████████████████████████", .symbol = "chevron.up", .secondary = secondary, .action = [] {}});
-    row.setHovered(hovered);
-    const auto bitmap = CairoBitmaps().make(200, 22, 2);
-    row.render(bitmap->canvas(), theme, row.bounds());
-    const Image drawn(*bitmap->png());
-    EXPECT_EQ(drawn.at(60, 22), wanted);
-    EXPECT_GT(drawn.ink(352, 372, 0, 44, hovered ? 0x0000ff : 0), 0) << "the symbol";
-    EXPECT_EQ(drawn.ink(340, 350, 0, 44, hovered ? 0x0000ff : 0), 0) << "the gap before the symbol";
-  }
+TEST(CairoBitmaps, TellsTheMeasuresOfAFontInPointsWhateverTheScale) {
+  const auto plain = CairoBitmaps().make(9, 9, 1);
+  const auto scaled = CairoBitmaps().make(9, 9, 1.5);
+  EXPECT_EQ(scaled->canvas().metrics({"Inter", 13}).ascender, plain->canvas().metrics({"Inter", 13}).ascender);
 }
 
 }  // namespace

@@ -103,6 +103,31 @@ TEST(LinuxFiles, CopiesWhatIsInAFile) {
   EXPECT_TRUE(files.read(folder.path() / "status")->starts_with("Name:"));
 }
 
+TEST(LinuxFiles, GivesNewFilesThePermissionsThatTheUserWants) {
+  const TemporaryFolder folder;
+  LinuxFiles files;
+  const mode_t before = umask(0027);
+  EXPECT_TRUE(files.write(folder.path() / "shared", "", Files::Readers::asUsual));
+  EXPECT_TRUE(files.write(folder.path() / "private", "", Files::Readers::owner));
+  fs::permissions(folder.path() / "shared", fs::perms(0444));
+  EXPECT_TRUE(files.copyFile(folder.path() / "shared", folder.path() / "copy"));
+  umask(before);
+  for (const auto& [name, permissions] : {std::pair("shared", 0444), {"private", 0600}, {"copy", 0640}}) {
+    EXPECT_EQ(fs::status(folder.path() / name).permissions(), fs::perms(permissions)) << name;
+  }
+}
+
+TEST(LinuxFiles, SweepsWhatIsLeftOfCopies) {
+  const TemporaryFolder folder;
+  LinuxFiles files;
+  for (const char* name : {".tavelle-copy.a1B2c3", ".tavelle-copy.inUse1", ".tavelle-copy.mine", "Waves"}) {
+    fs::create_directories(folder.path() / name / "half");
+  }
+  const auto inUse = files.lock(folder.path() / ".tavelle-copy.inUse1");
+  files.sweep(folder.path());
+  EXPECT_EQ(namesIn(files, folder.path()), (Names{".tavelle-copy.inUse1", ".tavelle-copy.mine", "Waves"}));
+}
+
 // So called, gtest runs it first, while no other thread can be in the way of its children.
 TEST(LinuxFilesDeathTest, LeavesNothingOfAFileThatIsNotWhole) {
   const TemporaryFolder folder;
@@ -117,7 +142,9 @@ TEST(LinuxFilesDeathTest, LeavesNothingOfAFileThatIsNotWhole) {
     exit(attempt(files) ? 0 : 1);
   };
   const auto copy = [&](Files& files) { return files.copyFile(folder.path() / "original", folder.path() / "copy"); };
-  const auto replace = [&](Files& files) { return files.write(folder.path() / "original", bytes + "more"); };
+  const auto replace = [&](Files& files) {
+    return files.write(folder.path() / "original", bytes + "more", Files::Readers::owner);
+  };
   EXPECT_EXIT(tryWithLittleRoom(SIG_IGN, copy), testing::ExitedWithCode(1), "");
   EXPECT_EXIT(tryWithLittleRoom(SIG_DFL, copy), testing::KilledBySignal(SIGXFSZ), "");
   EXPECT_EXIT(tryWithLittleRoom(SIG_IGN, replace), testing::ExitedWithCode(1), "");

@@ -213,7 +213,7 @@ Result<void> AutostartEntry::write(const std::string& entry) const {
   std::error_code code;
   fs::create_directories(file.parent_path(), code);
   if (code) return systemError(file.parent_path().native(), code.value());
-  return writeAtomically(file, entry);
+  return writeAtomically(file, entry, 0666);
 }
 
 }  // namespace tavelle

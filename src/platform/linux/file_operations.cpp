@@ -17,14 +17,14 @@
 namespace tavelle {
 namespace {
 
+namespace fs = std::filesystem;
+
 /// Gives a file without a name its first one, which must be free. Fails as system calls do.
-int giveName(const FileDescriptor& descriptor, const std::filesystem::path& name) {
+int giveName(const FileDescriptor& descriptor, const fs::path& name) {
   // The way that open(2) shows; giving a descriptor itself would ask for a privilege.
   const std::string opened = "/proc/self/fd/" + std::to_string(descriptor.get());
   return linkat(AT_FDCWD, opened.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW);
 }
-
-namespace fs = std::filesystem;
 
 /// Not so long that an interrupting signal would have to wait for it.
 constexpr std::size_t stretch = 64UL << 20U;
@@ -55,9 +55,12 @@ Result<void> fill(const FileDescriptor& copy, const FileDescriptor& source, cons
   struct stat after {};
   if (fstat(copy.get(), &after) != 0) return systemError("copy", errno);
   if (after.st_size < before.st_size) return Error{"the file became shorter while it was copied"};
-  // Whoever may not write the source can do as they like with a copy of their own.
-  if (fchmod(copy.get(), (before.st_mode & 0777U) | S_IRUSR | S_IWUSR) != 0) return systemError("copy", errno);
   return {};
+}
+
+/// A name beside `target` that nobody else gives. Not made of the target's, which may be as long as names can be.
+fs::path hiddenName(const fs::path& target, int number) {
+  return target.parent_path() / (".tavelle." + std::to_string(getpid()) + "-" + std::to_string(number));
 }
 
 }  // namespace
@@ -107,20 +110,25 @@ Result<void> renameToNew(const std::filesystem::path& from, const std::filesyste
   return {};
 }
 
+void syncFolder(const std::filesystem::path& folder) {
+  const FileDescriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (opened) fsync(opened.get());
+}
+
 bool isTaken(const std::filesystem::path& path) {
   std::error_code code;
   return std::filesystem::symlink_status(path, code).type() != std::filesystem::file_type::not_found;
 }
 
-Result<StagedFile> StagedFile::make(std::filesystem::path target) {
-  const auto folder = target.parent_path();
-  FileDescriptor nameless(open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600));
+Result<StagedFile> StagedFile::make(std::filesystem::path target, mode_t permissions) {
+  FileDescriptor nameless(open(target.parent_path().c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, permissions));
   if (nameless) return StagedFile(std::move(target), std::move(nameless), "");
-  // Not made of the target's name, which may be as long as names can be.
-  std::string name = (folder / ".tavelle.XXXXXX").native();
-  FileDescriptor named(mkostemp(name.data(), O_CLOEXEC));
-  if (!named) return systemError(target.native(), errno);
-  return StagedFile(std::move(target), std::move(named), std::move(name));
+  for (int number = 0;; ++number) {
+    const auto name = hiddenName(target, number);
+    FileDescriptor named(open(name.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, permissions));
+    if (named) return StagedFile(std::move(target), std::move(named), name.native());
+    if (errno != EEXIST) return systemError(target.native(), errno);
+  }
 }
 
 StagedFile::StagedFile(std::filesystem::path target, FileDescriptor descriptor, std::string hiddenName)
@@ -139,45 +147,38 @@ Result<void> StagedFile::commitNew() && {
   if (fsync(descriptor_.get()) != 0) return systemError(target_.native(), errno);
   if (hidden_.empty()) {
     if (giveName(descriptor_, target_) != 0) return systemError(target_.native(), errno);
-    return {};
+  } else {
+    if (auto moved = renameToNew(hidden_, target_); !moved) return moved;
+    hidden_.clear();
   }
-  auto moved = renameToNew(hidden_, target_);
-  if (moved) hidden_.clear();
-  return moved;
+  syncFolder(target_.parent_path());
+  return {};
 }
 
 Result<void> StagedFile::commitReplacing() && {
   if (fsync(descriptor_.get()) != 0) return systemError(target_.native(), errno);
   // No call gives a file its first name where that is taken: it needs one to be moved from, for a moment.
-  if (auto named = giveHiddenName(); !named) return named;
-  if (rename(hidden_.c_str(), target_.c_str()) != 0) return systemError(target_.native(), errno);
-  hidden_.clear();
-  // The new name itself is safe only when the folder is on the disk too.
-  const FileDescriptor folder(open(target_.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (folder) fsync(folder.get());
-  return {};
-}
-
-Result<void> StagedFile::giveHiddenName() {
   for (int number = 0; hidden_.empty(); ++number) {
-    const std::string name = ".tavelle." + std::to_string(getpid()) + "-" + std::to_string(number);
-    const auto path = target_.parent_path() / name;
-    if (giveName(descriptor_, path) == 0) {
-      hidden_ = path.native();
+    const auto name = hiddenName(target_, number);
+    if (giveName(descriptor_, name) == 0) {
+      hidden_ = name.native();
     } else if (errno != EEXIST) {
       return systemError(target_.native(), errno);
     }
   }
+  if (rename(hidden_.c_str(), target_.c_str()) != 0) return systemError(target_.native(), errno);
+  hidden_.clear();
+  syncFolder(target_.parent_path());
   return {};
 }
 
-Result<void> writeAtomically(const std::filesystem::path& file, std::string_view bytes) {
+Result<void> writeAtomically(const std::filesystem::path& file, std::string_view bytes, mode_t permissions) {
   struct stat before {};
-  const mode_t mode = stat(file.c_str(), &before) == 0 ? before.st_mode & 07777 : 0600;
-  auto staged = StagedFile::make(file);
+  const bool replaces = stat(file.c_str(), &before) == 0;
+  auto staged = StagedFile::make(file, replaces ? 0600 : permissions);
   if (!staged) return staged.error();
   const FileDescriptor& descriptor = staged->descriptor();
-  if (fchmod(descriptor.get(), mode) != 0) return systemError(file.native(), errno);
+  if (replaces && fchmod(descriptor.get(), before.st_mode & 07777) != 0) return systemError(file.native(), errno);
   if (auto written = descriptor.writeAll(bytes); !written) return written;
   return std::move(staged).value().commitReplacing();
 }
@@ -195,7 +196,8 @@ Result<void> copyRegularFile(const fs::path& from, const fs::path& to) {
   if (!source || fstat(source.get(), &info) != 0) return systemError(from.native(), errno);
   if (!S_ISREG(info.st_mode)) return Error{escapedUtf8(from.native()) + ": not a file"};
 
-  auto copy = StagedFile::make(to);
+  // Whoever may not write the source can do as they like with a copy of their own.
+  auto copy = StagedFile::make(to, (info.st_mode & 0777U) | S_IRUSR | S_IWUSR);
   if (!copy) return copy.error();
   if (const auto filled = fill(copy->descriptor(), source, info); !filled) {
     return Error{escapedUtf8(to.native()) + ": " + filled.error().description};

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -44,6 +46,9 @@ Error systemError(std::string_view subject, int number);
 /// and move in one step, one that appears in between may be replaced.
 Result<void> renameToNew(const std::filesystem::path& from, const std::filesystem::path& to);
 
+/// Sees to it that the names in `folder` are on the disk, too, as far as its file system can.
+void syncFolder(const std::filesystem::path& folder);
+
 /// Whether `renameToNew` would fail because something is there already. Symbolic links are not followed.
 bool isTaken(const std::filesystem::path& path);
 
@@ -52,8 +57,8 @@ bool isTaken(const std::filesystem::path& path);
 /// files without a name, such as NFS and FAT, a hidden one beside the target would be left then.
 class StagedFile {
  public:
-  /// Empty, with its owner as the only one who may read it. The folder of `target` must exist.
-  static Result<StagedFile> make(std::filesystem::path target);
+  /// Empty, with these permissions less the user's umask. The folder of `target` must exist.
+  static Result<StagedFile> make(std::filesystem::path target, mode_t permissions);
   StagedFile(StagedFile&& other) noexcept;
   StagedFile& operator=(StagedFile&&) = delete;
   StagedFile(const StagedFile&) = delete;
@@ -71,8 +76,6 @@ class StagedFile {
  private:
   StagedFile(std::filesystem::path target, FileDescriptor descriptor, std::string hiddenName);
 
-  Result<void> giveHiddenName();
-
   std::filesystem::path target_;
   FileDescriptor descriptor_;
   /// The path that it has for the time being; empty while it has none.
@@ -80,16 +83,17 @@ class StagedFile {
 };
 
 /// Replaces the content of `file` in one step that survives a crash or a power cut half way: then the file is either
-/// as before or as after. The folder must exist. A file that existed keeps its permissions. A symbolic link is replaced
-/// itself, and what it leads to stays as it is.
-Result<void> writeAtomically(const std::filesystem::path& file, std::string_view bytes);
+/// as before or as after. The folder must exist. A file that existed keeps its permissions; a new one gets
+/// `permissions`, less the user's umask. A symbolic link is replaced itself, and what it leads to stays as it is.
+Result<void> writeAtomically(const std::filesystem::path& file, std::string_view bytes, mode_t permissions);
 
 /// Where `file` leads to when it is a symbolic link, as with somebody who keeps their settings elsewhere; else `file`.
 std::filesystem::path behindLinks(const std::filesystem::path& file);
 
-/// Copies the content and permissions of the regular file `from`, symbolic links followed. Where the file system can,
-/// both share their blocks, and the copy is done at once whatever its size. Fails when `to` exists. `to` comes into
-/// being, in one step, when all of the copy is on the disk.
+/// Copies the content of the regular file `from`, symbolic links followed, and its permissions less the user's umask;
+/// the copy's owner may write it in any case. Where the file system can, both share their blocks, and the copy is done
+/// at once whatever its size. Fails when `to` exists. `to` comes into being, in one step, when all of the copy is on
+/// the disk.
 Result<void> copyRegularFile(const std::filesystem::path& from, const std::filesystem::path& to);
 
 }  // namespace tavelle

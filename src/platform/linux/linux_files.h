@@ -14,9 +14,10 @@ class LinuxFiles final : public Files {
   Result<void> createFolders(const std::filesystem::path& folder) override;
   Result<void> copy(const std::filesystem::path& from, const std::filesystem::path& to) override;
   Result<void> copyFile(const std::filesystem::path& from, const std::filesystem::path& to) override;
+  void sweep(const std::filesystem::path& folder) override;
   Result<void> trash(const std::filesystem::path& path) override;
   Result<std::string> read(const std::filesystem::path& path) const override;
-  Result<void> write(const std::filesystem::path& path, std::string_view bytes) override;
+  Result<void> write(const std::filesystem::path& path, std::string_view bytes, Readers readers) override;
   Result<void> append(const std::filesystem::path& path, std::string_view bytes) override;
   Registration lock(const std::filesystem::path& folder) override;
 };

@@ -159,7 +159,7 @@ Result<void> PlistDefaults::trySave() {
   }
   const auto bytes = xmlPlist(changed.get());
   if (!bytes) return bytes.error();
-  if (auto written = writeAtomically(file, *bytes); !written) return written;
+  if (auto written = writeAtomically(file, *bytes, 0600); !written) return written;
   unsaved_.clear();
   return {};
 }

@@ -54,7 +54,8 @@ int runSyncSpaces(const std::filesystem::path& image) {
   const StoreServices services{clock, files, processes, wallpaperStore(homeFolder())};
   const auto print = [](const std::string& message) { std::cout << message << '\n'; };
   std::error_code code;
-  const auto still = std::filesystem::absolute(image, code).lexically_normal();
+  // An absolute path is taken as it is: what follows a link can be somewhere else than it looks.
+  const auto still = image.is_absolute() ? image : std::filesystem::absolute(image, code).lexically_normal();
   // An empty path, or one below a working directory that is gone. The store would name a picture that is none.
   if (code) print("desktops: couldn't tell which image is meant: " + code.message());
   const bool updated = !code && syncAllSpaces(still, services, print);
