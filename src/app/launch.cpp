@@ -32,11 +32,12 @@ void Controller::applicationDidFinishLaunching() {
   seedLibraryIfEmpty();
   restoreWallpaper();
   log("launched, showing: " + (current_ ? current_->name() : "nothing"));
+  // Makes the wallpaper store while the windows are built.
+  startAgent();
   buildWindows();
   createStatusItem();
   keep(platform_.screens.onChange([this] { screensChanged(); }));
   startCoverageWatch();
-  startAgent();
   syncSpacesAtLaunch();
   showGuideAtFirstLaunch();
 }

@@ -13,6 +13,8 @@ namespace {
 
 constexpr std::chrono::milliseconds shortestPause{250};
 constexpr std::chrono::minutes longestPause{1};
+/// One that ends earlier had no reason to go on: another agent serves this session.
+constexpr std::chrono::milliseconds settlingTime{500};
 /// An agent that has run for so long is well.
 constexpr std::chrono::seconds steadyTime{30};
 
@@ -24,14 +26,22 @@ AgentKeeper::AgentKeeper(Processes& processes, MainLoop& mainLoop, std::filesyst
     : processes_(processes), mainLoop_(mainLoop), agent_(std::move(agent)), pause_(shortestPause) {}
 
 void AgentKeeper::start() {
-  auto started = processes_.start(agent_, [this] { startLater(); });
+  auto started = processes_.start(agent_, [this](Ending ending) { ended(ending); });
   if (!started) return startLater();
   running_ = std::move(started).value();
+  settled_ = false;
+  settling_ = mainLoop_.after(settlingTime, [this] { settled_ = true; });
   steady_ = mainLoop_.after(steadyTime, [this] { pause_ = shortestPause; });
 }
 
-void AgentKeeper::startLater() {
+void AgentKeeper::ended(Ending ending) {
+  settling_.cancel();
   steady_.cancel();
+  if (ending == Ending::unasked || !settled_) return startLater();
+  restart_ = mainLoop_.after(std::chrono::milliseconds(0), [this] { start(); });
+}
+
+void AgentKeeper::startLater() {
   restart_ = mainLoop_.after(pause_, [this] { start(); });
   pause_ = std::min<std::chrono::milliseconds>(2 * pause_, longestPause);
 }

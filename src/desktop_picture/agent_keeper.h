@@ -9,9 +9,10 @@ namespace tavelle {
 
 class MainLoop;
 class Processes;
+enum class Ending;
 
-/// Keeps the wallpaper agent running: starts it again when it ends, at once after a good while, later and later when it
-/// keeps ending. The agent ends with this. Main thread only.
+/// Keeps the wallpaper agent running: starts it again when it ends, at once when it was asked to end, as each sync of
+/// the store does, and otherwise later and later while it keeps ending. The agent ends with this. Main thread only.
 class AgentKeeper {
  public:
   /// `agent` is its executable.
@@ -23,6 +24,7 @@ class AgentKeeper {
   void start();
 
  private:
+  void ended(Ending ending);
   void startLater();
 
   Processes& processes_;
@@ -30,8 +32,11 @@ class AgentKeeper {
   const std::filesystem::path agent_;
   /// Until the next start after an end.
   std::chrono::milliseconds pause_;
+  /// Whether the agent has been running long enough to have been asked to end.
+  bool settled_ = false;
   Registration running_;
   Registration restart_;
+  Registration settling_;
   Registration steady_;
 };
 

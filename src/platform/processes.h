@@ -10,6 +10,9 @@
 
 namespace tavelle {
 
+/// How a program has ended: with status 0 or by SIGTERM, as one that was asked to, or in some other way.
+enum class Ending { asked, unasked };
+
 /// Other programs. What they print goes nowhere. Main thread only.
 class Processes {
  public:
@@ -21,7 +24,7 @@ class Processes {
 
   /// Starts a program beside this one. Calls `ended` on the main loop when it has ended by itself or by somebody else;
   /// dropping the handle ends it, and tells nothing.
-  virtual Result<Registration> start(const std::filesystem::path& program, std::function<void()> ended) = 0;
+  virtual Result<Registration> start(const std::filesystem::path& program, std::function<void(Ending)> ended) = 0;
 };
 
 }  // namespace tavelle

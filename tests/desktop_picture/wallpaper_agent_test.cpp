@@ -171,9 +171,10 @@ TEST(AgentKeeper, StartsTheAgentAgainLaterAndLater) {
   FakeProcesses& processes = platform.processes;
   std::optional<AgentKeeper> keeper(std::in_place, processes, platform.mainLoop, "/lib/WallpaperAgent");
   keeper->start();
-  const auto pauseAfterEnd = [&] {
+  const auto pauseAfterEnd = [&](Ending ending = Ending::unasked) {
     auto pause = 0ms;
-    processes.endChild();
+    processes.endChild(ending);
+    platform.mainLoop.turn(0ms);
     for (; !processes.isRunning() && pause < 100s; pause += 250ms) platform.mainLoop.turn(250ms);
     return pause;
   };
@@ -186,6 +187,11 @@ TEST(AgentKeeper, StartsTheAgentAgainLaterAndLater) {
   EXPECT_EQ(before, 60s) << "not for good";
   platform.mainLoop.turn(31s);
   EXPECT_EQ(pauseAfterEnd(), 250ms) << "at once after a good while";
+  for (int i = 0; i < 12; ++i) {
+    platform.mainLoop.turn(600ms);
+    EXPECT_EQ(pauseAfterEnd(Ending::asked), 0ms) << "a restart that was asked for is no fault";
+  }
+  EXPECT_GT(pauseAfterEnd(Ending::asked), 0ms) << "nobody asks so early";
   processes.missing = true;
   EXPECT_GE(pauseAfterEnd(), 100s);
   processes.missing = false;

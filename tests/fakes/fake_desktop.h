@@ -110,7 +110,7 @@ struct FakeProcesses final : Processes {
     if (onRun) onRun();
     return missing ? Result<void>(Error{"no such program"}) : Result<void>();
   }
-  Result<Registration> start(const std::filesystem::path& /*program*/, std::function<void()> ended) override {
+  Result<Registration> start(const std::filesystem::path& /*program*/, std::function<void(Ending)> ended) override {
     if (missing) return Error{"no such program"};
     ended_ = std::move(ended);
     return Registration([this, number = ++started_] {
@@ -119,7 +119,7 @@ struct FakeProcesses final : Processes {
   }
   bool isRunning() const { return ended_ != nullptr; }
   /// Ends the one that was started last.
-  void endChild() { std::exchange(ended_, nullptr)(); }
+  void endChild(Ending ending) { std::exchange(ended_, nullptr)(ending); }
 
   /// Command lines.
   std::vector<std::string> ran;
@@ -128,7 +128,7 @@ struct FakeProcesses final : Processes {
 
  private:
   int started_ = 0;
-  std::function<void()> ended_;
+  std::function<void(Ending)> ended_;
 };
 
 struct FakeWindowList final : WindowList {

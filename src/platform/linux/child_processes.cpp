@@ -27,8 +27,15 @@ Result<GObjectPtr<GSubprocess>> spawn(const std::filesystem::path& program, cons
 /// A child that somebody waits for.
 struct Child {
   GObjectPtr<GSubprocess> process;
-  std::function<void()> ended;
+  std::function<void(Ending)> ended;
 };
+
+/// Of one that has ended.
+Ending endingOf(GSubprocess* process) {
+  const bool asked = g_subprocess_get_if_exited(process) ? g_subprocess_get_exit_status(process) == 0
+                                                         : g_subprocess_get_term_sig(process) == SIGTERM;
+  return asked ? Ending::asked : Ending::unasked;
+}
 
 }  // namespace
 
@@ -39,7 +46,7 @@ Result<void> ChildProcesses::run(const std::filesystem::path& program, const std
   return {};
 }
 
-Result<Registration> ChildProcesses::start(const std::filesystem::path& program, std::function<void()> ended) {
+Result<Registration> ChildProcesses::start(const std::filesystem::path& program, std::function<void(Ending)> ended) {
   auto process = spawn(program, {});
   if (!process) return process.error();
   const auto child = std::make_shared<Child>(Child{std::move(process).value(), std::move(ended)});
@@ -50,7 +57,7 @@ Result<Registration> ChildProcesses::start(const std::filesystem::path& program,
         const std::unique_ptr<Watched> watched(static_cast<Watched*>(data));
         const auto waiting = watched->lock();
         // The one who is told may drop the handle.
-        if (waiting && waiting->ended) std::exchange(waiting->ended, nullptr)();
+        if (waiting && waiting->ended) std::exchange(waiting->ended, nullptr)(endingOf(waiting->process.get()));
       },
       std::make_unique<Watched>(child).release());
   return Registration([child] {

@@ -8,7 +8,7 @@ namespace tavelle {
 class ChildProcesses final : public Processes {
  public:
   Result<void> run(const std::filesystem::path& program, const std::vector<std::string>& arguments) override;
-  Result<Registration> start(const std::filesystem::path& program, std::function<void()> ended) override;
+  Result<Registration> start(const std::filesystem::path& program, std::function<void(Ending)> ended) override;
 };
 
 }  // namespace tavelle
