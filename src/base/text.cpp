@@ -45,6 +45,28 @@ std::string fixedDecimal(double value, int digits) {
   return {buffer.begin(), end};
 }
 
+std::string scriptDecimal(double value) {
+  if (std::isnan(value)) return "NaN";
+  if (std::isinf(value)) return value > 0 ? "Infinity" : "-Infinity";
+  if (value < 0) return "-" + scriptDecimal(-value);
+  if (value == 0) return "0";
+  // The fewest digits that read back the same, of which one stands before the point: ECMA-262, Number::toString.
+  DecimalBuffer buffer;
+  const auto end = std::to_chars(buffer.begin(), buffer.end(), value, std::chars_format::scientific).ptr;
+  const std::string shortest(buffer.begin(), end);
+  const std::size_t mark = shortest.find('e');
+  const int exponent = std::stoi(shortest.substr(mark + 1));
+  if (exponent < -6 || exponent > 20) {
+    return shortest.substr(0, mark) + (exponent < 0 ? "e" : "e+") + std::to_string(exponent);
+  }
+  std::string digits = shortest.substr(0, mark);
+  std::erase(digits, '.');
+  if (exponent < 0) return "0." + std::string(static_cast<std::size_t>(-exponent - 1), '0') + digits;
+  const auto whole = static_cast<std::size_t>(exponent) + 1;
+  if (digits.size() <= whole) return digits + std::string(whole - digits.size(), '0');
+  return digits.substr(0, whole) + "." + digits.substr(whole);
+}
+
 bool isUtf8(std::string_view bytes) {
   while (!bytes.empty()) {
     const std::size_t length = sequenceLength(bytes);

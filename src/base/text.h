@@ -12,6 +12,9 @@ std::string shortestDecimal(double value);
 /// `value` with exactly `digits` digits after the point. Never in the user's locale.
 std::string fixedDecimal(double value, int digits);
 
+/// The number as JavaScript writes it: "30", "0.35", "1e+21", "NaN". Never in the user's locale.
+std::string scriptDecimal(double value);
+
 bool isUtf8(std::string_view bytes);
 
 /// `bytes` as UTF-8: each byte that is not part of it becomes "\x" and two hexadecimal digits, so that names that

@@ -34,7 +34,7 @@ class WebViewDelegate {
 
   /// The page has loaded. Not called for a load that failed or was replaced by a newer one.
   virtual void webViewDidFinish(WebView& view) = 0;
-  /// The page could not be loaded. Not called for a load that was replaced by a newer one.
+  /// The page could not be loaded, and the view shows nothing. Not called for a load that was replaced by a newer one.
   virtual void webViewDidFail(WebView& view, const Error& error) = 0;
   /// The process that ran the page has gone: it crashed, ran out of memory, or had locked up for good and was ended.
   /// The view shows nothing until it is told to load again.

@@ -1,7 +1,5 @@
 #include "playback/page_scripts.h"
 
-#include <cmath>
-
 #include "base/text.h"
 
 namespace tavelle {
@@ -10,9 +8,7 @@ namespace {
 struct Writer {
   std::string operator()(std::monostate) const { return "nil"; }
   std::string operator()(bool value) const { return value ? "true" : "false"; }
-  std::string operator()(double value) const {
-    return value == std::trunc(value) ? fixedDecimal(value, 0) : shortestDecimal(value);
-  }
+  std::string operator()(double value) const { return scriptDecimal(value); }
   std::string operator()(const std::string& text) const { return text; }
   std::string operator()(const ScriptObject& object) const { return object.json; }
   std::string operator()(const ScriptArray& elements) const {

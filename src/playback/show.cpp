@@ -6,7 +6,6 @@
 #include "platform/user_defaults.h"
 #include "platform/wallpaper_window.h"
 #include "platform/web_view.h"
-#include "playback/page_scripts.h"
 
 namespace tavelle {
 
@@ -37,12 +36,7 @@ void Controller::showAnother() {
   if (!all.empty()) return show(all.front());
   current_.reset();
   platform_.defaults.remove(keys::wallpaper);
-  for (std::size_t i = 0; i < shownScreens(); ++i) {
-    const ShownScreen screen = shownScreen(i);
-    screen.window.orderOut();
-    // What is left in the hidden window could still be heard.
-    screen.webView->evaluate(pauseJS, {});
-  }
+  for (std::size_t i = 0; i < shownScreens(); ++i) shownScreen(i).window.orderOut();
 }
 
 }  // namespace tavelle

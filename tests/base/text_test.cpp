@@ -21,6 +21,21 @@ TEST(Text, WritesTheShortestDecimalThatReadsBackTheSame) {
   EXPECT_GT(fixedDecimal(std::numeric_limits<double>::max(), 1).size(), 300U);
 }
 
+TEST(Text, WritesNumbersAsJavaScriptDoes) {
+  for (const auto& [value, text] : {std::pair{-0.0, "0"},
+                                    {30.0, "30"},
+                                    {-12.5, "-12.5"},
+                                    {0.1 + 0.2, "0.30000000000000004"},
+                                    {123456789012345678901.0, "123456789012345680000"},
+                                    {1e21, "1e+21"},
+                                    {-1.5e-7, "-1.5e-7"},
+                                    {0.00000123, "0.00000123"},
+                                    {std::numeric_limits<double>::quiet_NaN(), "NaN"},
+                                    {-std::numeric_limits<double>::infinity(), "-Infinity"}}) {
+    EXPECT_EQ(scriptDecimal(value), text);
+  }
+}
+
 TEST(Text, TellsUtf8AndEscapesWhatIsNone) {
   using Case = std::tuple<const char*, std::string, std::string>;
   for (const auto& [what, bytes, escaped] :

@@ -51,11 +51,9 @@ class Guide:
 
     def wait_for_switch(self, on):
         """Left of its knob it has the colour of the button below when it is on."""
-        wait_until(lambda: (self.color(SWITCH[0] - 12, SWITCH[1]) == self.color(NEXT[0] - 40, NEXT[1])) == on, 20,
-                   f"the switch to be {'on' if on else 'off'}")
-
-    def color(self, *place):
-        return self.view.colors(*self.at(place), 1, 1)
+        def colors():
+            return [self.view.colors(*self.at((x - left, y)), 1, 1) for (x, y), left in ((SWITCH, 12), (NEXT, 40))]
+        wait_until(lambda: (colors()[0] == colors()[1]) == on, 20, f"the switch to be {'on' if on else 'off'}")
 
     def click(self, place):
         self.view.click(self.at(place))
@@ -158,6 +156,19 @@ def test_is_dragged_by_the_strip_and_the_background_but_not_by_a_button(tavelle,
         view.point((from_x + 6 * step, from_y + 3 * step), X.ButtonRelease)
         guide.heading()
     assert guide.at((0, 0)) == there
+
+
+def test_the_size_of_the_desktops_text_is_none_of_a_pages(desktop, tavelle, guide):
+    desktop.run("sh", "-c", "echo Xft.dpi: 120 | xrdb -merge")
+    try:
+        tavelle.play(PAGE)
+        assert len(tavelle.found(r'loaded: .*"size":\[1280,720,1\]')) == 1
+        guide.open()
+        guide.turn_to(4)
+        guide.click(SWITCH)
+        guide.wait_for_switch(True)
+    finally:
+        desktop.run("xrdb", "-remove")
 
 
 def test_the_page_cannot_be_left_and_links_open_in_the_browser(tavelle, guide, view):

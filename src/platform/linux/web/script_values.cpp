@@ -8,9 +8,11 @@ namespace {
 /// More elements than any script of ours asks for; an array past that is taken as its JSON text.
 constexpr double mostElements = 1000;
 
-/// The whole text, also past a U+0000.
-std::string text(JSCValue* value) {
-  const GBytesPtr bytes(jsc_value_to_string_as_bytes(value));
+/// The whole text, also past a U+0000, with U+FFFD in the place of what is no character.
+std::string text(JSCValue* raw) {
+  // As it is, a half of a surrogate pair would lose all of it.
+  const auto value = adopt(jsc_value_object_invoke_method(raw, "toWellFormed", G_TYPE_NONE));
+  const GBytesPtr bytes(jsc_value_to_string_as_bytes(value.get()));
   gsize size = 0;
   const auto* const data = static_cast<const char*>(g_bytes_get_data(bytes.get(), &size));
   return {data, size};

@@ -46,6 +46,7 @@ WebKitView::WebKitView(WebKitWebContext* context, WebKitSettings* engineSettings
       watch_([this] { evaluate("0", [](const auto&) {}); },
              [this] { webkit_web_view_terminate_web_process(view_.get()); }) {
   gtk_widget_set_size_request(widget(), static_cast<int>(settings.width), static_cast<int>(settings.height));
+  followTextScale();
   connectSignals(settings.messageHandler);
   refuseWhatLeavesThePage();
   if (settings.kind == WebViews::Kind::document) stayOnPage();
@@ -61,6 +62,19 @@ WebKitView::~WebKitView() {
   webkit_web_view_terminate_web_process(view_.get());
   // Others may hold the widget, its container among them; it has to go all the same, and its page process with it.
   gtk_widget_destroy(widget());
+}
+
+/// The engine makes all of a page larger by as much as the desktop makes its text, and takes the rest of the page out
+/// of sight with it. A page's pixels are the screen's.
+void WebKitView::followTextScale() {
+  const auto undo = +[](GtkSettings*, GParamSpec*, WebKitWebView* view) {
+    constexpr double unscaled = 96;
+    const double dotsPerInch = gdk_screen_get_resolution(gtk_widget_get_screen(GTK_WIDGET(view)));
+    if (dotsPerInch > 0) webkit_web_view_set_zoom_level(view, unscaled / dotsPerInch);
+  };
+  auto* const toolkit = gtk_widget_get_settings(widget());
+  g_signal_connect_object(toolkit, "notify::gtk-xft-dpi", G_CALLBACK(undo), view_.get(), GConnectFlags{});
+  undo(toolkit, nullptr, view_.get());
 }
 
 void WebKitView::connectSignals(const std::string& messageHandler) {
@@ -144,16 +158,23 @@ void WebKitView::loadFile(const std::filesystem::path& page, const std::filesyst
 
 void WebKitView::loadIsolated(const Result<WebKitUserContentFilter*>& filter) {
   preparation_.reset();
+  if (!filter) return fail(filter.error());
+  // The engine would show what is in a folder, and wait for what comes through a FIFO.
   std::error_code ignored;
-  // The engine would show what is in it.
-  const bool isFolder = std::filesystem::is_directory(page_, ignored);
-  if (!filter || isFolder) {
-    delegate_.webViewDidFail(*this, filter ? Error{escapedUtf8(page_.native()) + ": is a folder"} : filter.error());
-    return;
-  }
+  const auto type = std::filesystem::status(page_, ignored).type();
+  using enum std::filesystem::file_type;
+  if (type == directory) return fail({escapedUtf8(page_.native()) + ": is a folder"});
+  if (type != regular && type != not_found) return fail({escapedUtf8(page_.native()) + ": not a file"});
   webkit_user_content_manager_remove_all_filters(content_.get());
   webkit_user_content_manager_add_filter(content_.get(), *filter);
+  isBlank_ = false;
   webkit_web_view_load_uri(view_.get(), fileUri(page_).c_str());
+}
+
+void WebKitView::fail(const Error& error) {
+  isBlank_ = true;
+  webkit_web_view_load_uri(view_.get(), "about:blank");
+  delegate_.webViewDidFail(*this, error);
 }
 
 void WebKitView::reload() {
@@ -191,13 +212,13 @@ void WebKitView::setUserScripts(const std::vector<std::string>& scripts) {
 
 void WebKitView::loadChanged(WebKitLoadEvent event) {
   if (event == WEBKIT_LOAD_STARTED) loadFailed_ = false;
-  if (event == WEBKIT_LOAD_FINISHED && !loadFailed_ && !preparation_) delegate_.webViewDidFinish(*this);
+  if (event == WEBKIT_LOAD_FINISHED && !loadFailed_ && !preparation_ && !isBlank_) delegate_.webViewDidFinish(*this);
 }
 
 void WebKitView::loadFailed(const GError* error) {
   loadFailed_ = true;
-  if (preparation_ || g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED)) return;
-  delegate_.webViewDidFail(*this, Error{escapedUtf8(error->message)});
+  if (preparation_ || isBlank_ || g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED)) return;
+  fail(Error{escapedUtf8(error->message)});
 }
 
 void WebKitView::processEnded() {

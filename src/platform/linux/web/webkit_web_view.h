@@ -31,10 +31,13 @@ class WebKitView final : public WebWidget {
 
  private:
   struct PendingAnswer;
+  void followTextScale();
   void connectSignals(const std::string& messageHandler);
   void refuseWhatLeavesThePage();
   void stayOnPage();
   void loadIsolated(const Result<WebKitUserContentFilter*>& filter);
+  /// The page before would stay, under the name of the one that can't be loaded.
+  void fail(const Error& error);
   void loadChanged(WebKitLoadEvent event);
   void loadFailed(const GError* error);
   void processEnded();
@@ -49,6 +52,8 @@ class WebKitView final : public WebWidget {
   std::filesystem::path folder_;
   /// A load that fails finishes, too; then it has been reported already.
   bool loadFailed_ = false;
+  /// Whether nothing is shown in the place of a page that could not be loaded.
+  bool isBlank_ = false;
   /// Cancels the preparation of the next load; while there is one, what the page before does is of no interest.
   GObjectPtr<GCancellable> preparation_;
   /// Dies with the view, so that answers that come later know.
