@@ -27,7 +27,10 @@ class GtkDesktopServices final : public DesktopServices {
   // The command line needs neither the application nor the web engine, so both are made when they are asked for.
   Application& application() override {
     if (!application_) {
-      application_ = std::make_unique<GtkApplication>("org.tavelle.Tavelle", [this] { openPanels_.cancel(); });
+      application_ = std::make_unique<GtkApplication>("org.tavelle.Tavelle", [this] {
+        openPanels_.end();
+        alerts_.end();
+      });
     }
     return *application_;
   }

@@ -50,6 +50,7 @@ void setUp(Gtk::Label& label) {
 }  // namespace
 
 std::optional<std::size_t> GtkAlerts::run(const Alert& alert) {
+  if (ended_) return std::nullopt;
   Gtk::Dialog dialog("Tavelle", true);
   Gtk::Image icon;
   showIcon(icon, alert);

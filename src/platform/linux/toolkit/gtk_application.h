@@ -9,8 +9,8 @@ namespace tavelle {
 /// The application on GTK and the session bus. Without a session bus it runs all the same, but a second one can, too.
 class GtkApplication final : public Application {
  public:
-  /// `id` is its name on the session bus. `onTerminate` ends whatever would keep the event loop waiting, dialogs of
-  /// GTK's own excepted.
+  /// `id` is its name on the session bus. `onTerminate` ends whatever would keep the event loop waiting, or would
+  /// come to do so; dialogs that are open are closed without it.
   explicit GtkApplication(
       const char* id, std::function<void()> onTerminate = [] {});
 

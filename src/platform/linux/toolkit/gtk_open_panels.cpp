@@ -20,6 +20,7 @@ void bringToFront() {
 }  // namespace
 
 std::vector<std::filesystem::path> GtkOpenPanels::run(const OpenPanel& panel) {
+  if (ended_) return {};
   if (waiting_) {
     bringToFront();
     return {};
@@ -54,7 +55,8 @@ std::vector<std::filesystem::path> GtkOpenPanels::run(const OpenPanel& panel) {
   return chosen;
 }
 
-void GtkOpenPanels::cancel() {
+void GtkOpenPanels::end() {
+  ended_ = true;
   if (waiting_) waiting_->quit();
 }
 

@@ -10,10 +10,11 @@ namespace tavelle {
 class GtkOpenPanels final : public OpenPanels {
  public:
   std::vector<std::filesystem::path> run(const OpenPanel& panel) override;
-  /// Closes the panel that is open, if any, as if the user had cancelled.
-  void cancel();
+  /// Closes the panel that is open, if any, as if the user had cancelled; from now on every one, before it is seen.
+  void end();
 
  private:
+  bool ended_ = false;
   /// Runs while a panel is open.
   Glib::RefPtr<Glib::MainLoop> waiting_;
 };
