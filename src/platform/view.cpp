@@ -106,6 +106,7 @@ class ScrollView::Scroller final : public View {
  public:
   explicit Scroller(ScrollView& scrolled) : View({}), scrolled_(scrolled) {}
 
+  double opacity() const { return opacity_; }
   void setOpacity(double opacity) {
     opacity_ = std::clamp(opacity, 0.0, 1.0);
     setNeedsDisplay();
@@ -167,6 +168,8 @@ void ScrollView::scrollToVisible(const Rect& area) {
     scrollTo(area.maxY() - bounds().height);
   }
 }
+
+double ScrollView::scrollerOpacity() const { return scroller_ ? scroller_->opacity() : 0; }
 
 void ScrollView::setScrollerOpacity(double opacity) {
   if (scroller_) scroller_->setOpacity(opacity);

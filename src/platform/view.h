@@ -143,6 +143,7 @@ class ScrollView final : public View {
 
   /// How much of the bar can be seen, from 0.0 (at first) to 1.0. The host shows it while the content is scrolled or
   /// the pointer is over the view, and fades it out when the view is idle. Only a bar in sight can be dragged.
+  double scrollerOpacity() const;
   void setScrollerOpacity(double opacity);
   /// The bar's place; empty when all of the content is in sight.
   Rect scrollerKnob() const;

@@ -124,6 +124,8 @@ void CairoCanvas::use(const TextFont& font) {
   pango_layout_set_font_description(layout_.get(), description.get());
   // Of the font alone: those of the context would count all fonts that the user's language may need.
   PangoContext* const context = pango_layout_get_context(layout_.get());
+  // Under a scale the library tells them divided by it. The next text sets the scale again.
+  pango_context_set_matrix(context, nullptr);
   const auto loaded = adopt(pango_font_map_load_font(pango_context_get_font_map(context), context, description.get()));
   const PangoFontMetricsPtr metrics(pango_font_get_metrics(loaded.get(), nullptr));
   metrics_ = {toPoints(pango_font_metrics_get_ascent(metrics.get())),

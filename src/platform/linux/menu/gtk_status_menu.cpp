@@ -125,6 +125,7 @@ void GtkStatusMenu::Anchor::tell() {
 GtkStatusMenu::GtkStatusMenu(const MenuItems& menu, const Monitors& monitors, std::function<void(bool)> outgrown)
     : monitors_(monitors), outgrown_(std::move(outgrown)) {
   useMenuStyle(*this);
+  atk_object_set_name(gtk_widget_get_accessible(GTK_WIDGET(gobj())), "Tavelle");
   for (const MenuItem& item : menu) {
     if (item.kind == MenuItem::Kind::list) {
       list_ = Gtk::make_managed<ListMenuItem>(item.list, *this);
@@ -223,6 +224,12 @@ bool GtkStatusMenu::fitsBelow() const {
 
 bool GtkStatusMenu::isOnList() const {
   return list_ && gtk_menu_shell_get_selected_item(GTK_MENU_SHELL(gobj())) == GTK_WIDGET(list_->gobj());
+}
+
+bool GtkStatusMenu::on_button_release_event(GdkEventButton* event) {
+  // What the list's own item does not take.
+  if (list_) list_->letGo();
+  return Gtk::Menu::on_button_release_event(event);
 }
 
 bool GtkStatusMenu::on_key_press_event(GdkEventKey* event) {

@@ -35,6 +35,7 @@ class GtkStatusMenu final : public Gtk::Menu {
 
  protected:
   bool on_key_press_event(GdkEventKey* event) override;
+  bool on_button_release_event(GdkEventButton* event) override;
 
  private:
   class Anchor;

@@ -3,6 +3,7 @@
 // gtkmm has to come before the C headers.
 #include <gtk/gtk-a11y.h>
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <utility>
@@ -120,10 +121,13 @@ void placeOfRow(AtkComponent* component, gint* x, gint* y, gint* width, gint* he
   if (!parent) return;
   atk_component_get_extents(ATK_COMPONENT(parent), x, y, &itemWidth, &itemHeight, type);
   const Rect place = placeInItem(ATK_OBJECT(component));
-  *x += static_cast<gint>(place.x);
-  *y += static_cast<gint>(place.y);
-  *width = static_cast<gint>(place.width);
-  *height = static_cast<gint>(place.height);
+  // As high as it is drawn: as all of the item is to all of the list.
+  const auto list = dataOf<RowData>(ATK_OBJECT(component)).list.lock();
+  const double scale = list ? itemHeight / std::max(1.0, list->bounds().height) : 1;
+  *x += static_cast<gint>(place.x * scale);
+  *y += static_cast<gint>(place.y * scale);
+  *width = static_cast<gint>(place.width * scale);
+  *height = static_cast<gint>(place.height * scale);
 }
 
 void makeRowClass(gpointer type, gpointer /*data*/) {
@@ -169,12 +173,11 @@ struct ListData {
   /// Made as they are asked for.
   std::vector<GObjectPtr<AtkObject>> rows{};
 
-  void forget() {
-    for (const auto& row : std::exchange(rows, {})) {
+  ~ListData() {
+    for (const auto& row : rows) {
       if (row) atk_object_set_parent(row.get(), nullptr);
     }
   }
-  ~ListData() { forget(); }
   explicit ListData(std::weak_ptr<MenuList> shown) : list(std::move(shown)) {}
   ListData(const ListData&) = delete;
   ListData& operator=(const ListData&) = delete;
@@ -233,7 +236,18 @@ void describeToAssistiveTechnology(Gtk::MenuItem& item, const std::shared_ptr<Me
 
 void forgetRows(Gtk::MenuItem& item) {
   AtkObject* const accessible = accessibleOf(item);
-  dataOf<ListData>(accessible).forget();
+  const auto before = std::exchange(dataOf<ListData>(accessible).rows, {});
+  // From the last, so that each has the number that it is told to have had.
+  for (std::size_t i = before.size(); i-- > 0;) {
+    g_signal_emit_by_name(accessible, "children-changed::remove", static_cast<guint>(i), before[i].get());
+    if (before[i]) atk_object_set_parent(before[i].get(), nullptr);
+  }
+  // Nobody has asked for the rows before, so nobody will for these.
+  if (before.empty()) return;
+  for (gint i = 0; i < countRows(accessible); ++i) {
+    const auto row = adopt(refRow(accessible, i));
+    g_signal_emit_by_name(accessible, "children-changed::add", static_cast<guint>(i), row.get());
+  }
   g_signal_emit_by_name(accessible, "visible-data-changed");
 }
 

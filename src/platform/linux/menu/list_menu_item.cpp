@@ -42,11 +42,11 @@ ListMenuItem::~ListMenuItem() {
 // --- Size and look
 
 void ListMenuItem::get_preferred_width_vfunc(int& minimum, int& natural) const {
-  minimum = natural = static_cast<int>(list_->preferredWidth());
+  minimum = natural = static_cast<int>(std::ceil(list_->preferredWidth() * textScale(*this)));
 }
 
 void ListMenuItem::get_preferred_height_vfunc(int& minimum, int& natural) const {
-  minimum = natural = static_cast<int>(std::ceil(list_->frame().height));
+  minimum = natural = static_cast<int>(std::ceil(list_->frame().height * textScale(*this)));
 }
 
 void ListMenuItem::get_preferred_height_for_width_vfunc(int /*width*/, int& minimum, int& natural) const {
@@ -55,9 +55,9 @@ void ListMenuItem::get_preferred_height_for_width_vfunc(int /*width*/, int& mini
 
 void ListMenuItem::on_size_allocate(Gtk::Allocation& allocation) {
   Gtk::MenuItem::on_size_allocate(allocation);
-  list_->setFrame({0, 0, static_cast<double>(allocation.get_width()), list_->frame().height});
+  list_->setFrame({0, 0, allocation.get_width() / textScale(*this), list_->frame().height});
   // Other rows may lie under a pointer that rests.
-  if (pointer_) pointAt(pointer_->x, pointer_->y);
+  if (pointer_) pointAt(*pointer_);
 }
 
 bool ListMenuItem::on_draw(const Cairo::RefPtr<Cairo::Context>& context) {
@@ -65,6 +65,7 @@ bool ListMenuItem::on_draw(const Cairo::RefPtr<Cairo::Context>& context) {
   double top = 0;
   double right = 0;
   double bottom = 0;
+  context->scale(textScale(*this), textScale(*this));
   context->get_clip_extents(left, top, right, bottom);
   CairoCanvas canvas(context->cobj(), get_pango_context()->gobj());
   list_->render(canvas, theme(), {left, top, right - left, bottom - top});
@@ -83,19 +84,18 @@ void ListMenuItem::on_style_updated() {
 }
 
 void ListMenuItem::needsDisplay(const Rect& area) {
-  const auto left = static_cast<int>(std::floor(area.x));
-  const auto top = static_cast<int>(std::floor(area.y));
+  const double scale = textScale(*this);
+  const auto left = static_cast<int>(std::floor(area.x * scale));
+  const auto top = static_cast<int>(std::floor(area.y * scale));
   const Gtk::Allocation mine = get_allocation();
-  queue_draw_area(mine.get_x() + left, mine.get_y() + top, static_cast<int>(std::ceil(area.maxX())) - left,
-                  static_cast<int>(std::ceil(area.maxY())) - top);
+  queue_draw_area(mine.get_x() + left, mine.get_y() + top, static_cast<int>(std::ceil(area.maxX() * scale)) - left,
+                  static_cast<int>(std::ceil(area.maxY() * scale)) - top);
 }
 
 void ListMenuItem::closeMenu() { menu_.cancel(); }
 
 void ListMenuItem::sizeChanged() {
   const bool byKeyboard = !pointer_;
-  scrollerOpacity_ = 0;
-  fading_.disconnect();
   queue_resize();
   menu_.fit();
   forgetRows(*this);
@@ -113,8 +113,10 @@ void ListMenuItem::hover(View* view) {
   if (view) view->mouseEntered();
 }
 
-void ListMenuItem::pointAt(double x, double y) {
-  pointer_ = Point{x, y};
+Point ListMenuItem::placeIn(double x, double y) const { return {x / textScale(*this), y / textScale(*this)}; }
+
+void ListMenuItem::pointAt(const Point& point) {
+  pointer_ = point;
   if (const auto pressed = pressed_.lock()) {
     pressed->mouseDragged(pressed->convertFrom(*list_, *pointer_));
     return;
@@ -123,7 +125,7 @@ void ListMenuItem::pointAt(double x, double y) {
 }
 
 bool ListMenuItem::on_enter_notify_event(GdkEventCrossing* event) {
-  pointAt(event->x, event->y);
+  pointAt(placeIn(event->x, event->y));
   if (list_->scrollView()) showScroller();
   return Gtk::MenuItem::on_enter_notify_event(event);
 }
@@ -135,14 +137,14 @@ bool ListMenuItem::on_leave_notify_event(GdkEventCrossing* event) {
 }
 
 bool ListMenuItem::on_motion_notify_event(GdkEventMotion* event) {
-  pointAt(event->x, event->y);
+  pointAt(placeIn(event->x, event->y));
   return Gtk::MenuItem::on_motion_notify_event(event);
 }
 
 bool ListMenuItem::on_button_press_event(GdkEventButton* event) {
-  pointAt(event->x, event->y);
+  pointAt(placeIn(event->x, event->y));
   const auto pressed = hovered_.lock();
-  if (event->type == GDK_BUTTON_PRESS && pressed) {
+  if (event->type == GDK_BUTTON_PRESS && event->button == GDK_BUTTON_PRIMARY && pressed) {
     pressed_ = pressed;
     pressed->mouseDown(pressed->convertFrom(*list_, *pointer_));
   }
@@ -151,13 +153,13 @@ bool ListMenuItem::on_button_press_event(GdkEventButton* event) {
 }
 
 bool ListMenuItem::on_button_release_event(GdkEventButton* event) {
+  if (event->button != GDK_BUTTON_PRIMARY) return true;
   auto released = pressed_.lock();
   pressed_.reset();
-  pointAt(event->x, event->y);
+  pointAt(placeIn(event->x, event->y));
   // A press that began at the icon, dragged here, chooses as in any other item.
   if (!released) released = hovered_.lock();
-  const Point point{event->x, event->y};
-  if (released) released->mouseUp(released->convertFrom(*list_, point));
+  if (released) released->mouseUp(released->convertFrom(*list_, placeIn(event->x, event->y)));
   return true;
 }
 
@@ -165,7 +167,7 @@ bool ListMenuItem::on_scroll_event(GdkEventScroll* event) {
   const ScrollView* const box = list_->scrollView();
   if (!box) return false;
   const double step = wheelStep(box->bounds().height);
-  pointer_ = Point{event->x, event->y};
+  pointer_ = placeIn(event->x, event->y);
   if (event->direction == GDK_SCROLL_SMOOTH) {
     scrollBy(event->delta_y * step);
   } else if (event->direction == GDK_SCROLL_UP) {
@@ -178,14 +180,13 @@ bool ListMenuItem::on_scroll_event(GdkEventScroll* event) {
 
 void ListMenuItem::scrollBy(double distance) {
   list_->scrollView()->scrollBy(distance);
-  if (pointer_) pointAt(pointer_->x, pointer_->y);
+  if (pointer_) pointAt(*pointer_);
 }
 
 void ListMenuItem::scrolled() { showScroller(); }
 
 void ListMenuItem::showScroller() {
-  scrollerOpacity_ = 1;
-  list_->scrollView()->setScrollerOpacity(scrollerOpacity_);
+  list_->scrollView()->setScrollerOpacity(1);
   fading_.disconnect();
   fading_ = Glib::signal_timeout().connect(
       [this] {
@@ -200,11 +201,19 @@ void ListMenuItem::fadeScroller() {
       [this] {
         // Not while the user drags it.
         if (!pressed_.expired()) return true;
-        scrollerOpacity_ = std::max(0.0, scrollerOpacity_ - fadeStep);
-        if (ScrollView* const box = list_->scrollView()) box->setScrollerOpacity(scrollerOpacity_);
-        return scrollerOpacity_ > 0;
+        ScrollView* const box = list_->scrollView();
+        if (box) box->setScrollerOpacity(box->scrollerOpacity() - fadeStep);
+        return box && box->scrollerOpacity() > 0;
       },
       fadeInterval.count());
+}
+
+void ListMenuItem::letGo() { pressed_.reset(); }
+
+void ListMenuItem::on_unmap() {
+  letGo();
+  fading_.disconnect();
+  Gtk::MenuItem::on_unmap();
 }
 
 // --- Keyboard

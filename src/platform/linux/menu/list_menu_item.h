@@ -27,6 +27,8 @@ class ListMenuItem final : public Gtk::MenuItem, MenuHost {
   void enterByKeyboard(End end);
   /// What a key does while the keyboard is on one of the rows. Whether that is anything; the menu's own keys are not.
   bool pressKey(guint key);
+  /// The button that was pressed on a row has been released elsewhere.
+  void letGo();
 
  protected:
   void get_preferred_width_vfunc(int& minimum, int& natural) const override;
@@ -41,6 +43,7 @@ class ListMenuItem final : public Gtk::MenuItem, MenuHost {
   bool on_button_release_event(GdkEventButton* event) override;
   bool on_scroll_event(GdkEventScroll* event) override;
   void on_style_updated() override;
+  void on_unmap() override;
 
  private:
   void needsDisplay(const Rect& area) override;
@@ -48,7 +51,9 @@ class ListMenuItem final : public Gtk::MenuItem, MenuHost {
   void sizeChanged() override;
   void closeMenu() override;
 
-  void pointAt(double x, double y);
+  /// A point of the item, in pixels, in the list's coordinates, whose points grow with the desktop's text.
+  Point placeIn(double x, double y) const;
+  void pointAt(const Point& point);
   void hover(View* view);
   void walkTo(std::size_t row);
   std::optional<std::size_t> currentRow() const;
@@ -63,9 +68,8 @@ class ListMenuItem final : public Gtk::MenuItem, MenuHost {
   /// What the pointer, or the keyboard, is on.
   std::weak_ptr<View> hovered_;
   std::weak_ptr<View> pressed_;
-  /// Where the pointer was last; none while the keyboard leads.
+  /// Where the pointer was last, in the list's coordinates; none while the keyboard leads.
   std::optional<Point> pointer_;
-  double scrollerOpacity_ = 0;
   sigc::connection fading_;
 };
 

@@ -18,26 +18,31 @@
 namespace tavelle {
 namespace {
 
-// A row's text begins 26 points from the left: the highlight's margin of 5, and 21 for the check mark.
+// In the rows' own points, of which 4 are 3 of CSS's, since they grow with the desktop's text as those do.
+// A row's text begins 26 points from the left: the highlight's margin of 5, and 21 for the check mark, whose margin
+// makes up for the fractions of pixels that the toolkit cuts off.
 constexpr auto style = R"(
-.tavelle-menu { padding: 5px 0; }
+.tavelle-menu { padding: 3.75pt 0; }
 .tavelle-menu menuitem {
-  min-height: 22px; padding: 0 5px; margin: 0 5px; border-radius: 5px;
+  min-height: 16.5pt; padding: 0 3.75pt; margin: 0 3.75pt; border-radius: 3.75pt;
 }
 .tavelle-menu menuitem check, .tavelle-menu menuitem check:dir(ltr), .tavelle-menu menuitem check:dir(rtl) {
-  min-width: 12px; min-height: 12px; margin: 0 2px 0 0; padding: 0; border-width: 1px;
+  min-width: 9pt; min-height: 9pt; margin: 0 2.2pt 0 0; padding: 0; border-width: 1px;
 }
 .tavelle-menu menuitem check {
   -gtk-icon-source: none; border-color: transparent; background: none; box-shadow: none; color: inherit; -gtk-icon-shadow: none;
 }
 .tavelle-menu menuitem check:checked { -gtk-icon-source: -gtk-icontheme("object-select-symbolic"); }
-.tavelle-menu separator { margin: 5px 12px; }
+.tavelle-menu separator { margin: 3.75pt 9pt; }
 .tavelle-menu .tavelle-heading { font-weight: bold; }
 .tavelle-menu .tavelle-heading label { font-size: 90%; }
 )";
 
-/// Less important text is paler.
-constexpr double secondaryOpacity = 0.62;
+/// Less important text is paler, with a contrast of 4.5 and more (WCAG 2.1, AA) to the menus of the usual themes.
+constexpr double secondaryOpacity = 0.72;
+
+/// Dots per inch of a desktop that leaves the size of its text as it is.
+constexpr double unscaledDpi = 96;
 
 using RgbaPtr = std::unique_ptr<GdkRGBA, FreeWith<gdk_rgba_free>>;
 using FontDescriptionPtr = std::unique_ptr<PangoFontDescription, FreeWith<pango_font_description_free>>;
@@ -60,14 +65,15 @@ Color accentOf(GtkStyleContext* context) {
   return {selected.red, selected.green, selected.blue, selected.alpha};
 }
 
-TextFont fontOf(GtkStyleContext* context, double dotsPerInch) {
+/// In the list's points.
+TextFont fontOf(GtkStyleContext* context, double scale) {
   PangoFontDescription* found = nullptr;
   gtk_style_context_get(context, GTK_STATE_FLAG_NORMAL, "font", &found, nullptr);
   const FontDescriptionPtr font(found);
   const double size = static_cast<double>(pango_font_description_get_size(font.get())) / PANGO_SCALE;
   constexpr double pointsPerInch = 72;
   const bool inPixels = pango_font_description_get_size_is_absolute(font.get());
-  return {pango_font_description_get_family(font.get()), inPixels ? size : size * dotsPerInch / pointsPerInch};
+  return {pango_font_description_get_family(font.get()), inPixels ? size / scale : size * unscaledDpi / pointsPerInch};
 }
 
 /// A submenu whose items come as they are needed: there may be one for each of thousands of wallpapers, and the toolkit
@@ -84,11 +90,23 @@ class Submenu final : public Gtk::Menu {
   }
   Submenu(const Submenu&) = delete;
   Submenu& operator=(const Submenu&) = delete;
-  ~Submenu() override { adding_.disconnect(); }
+  ~Submenu() override {
+    preparing_.disconnect();
+    adding_.disconnect();
+  }
 
   /// Before it opens: as many as the highest screen shows.
   void prepare() {
     if (added_ == 0) add(firstItems);
+  }
+  /// As soon as there is nothing else to do: assistive technology looks into a menu without opening it.
+  void prepareWhenIdle() {
+    preparing_ = Glib::signal_idle().connect(
+        [this] {
+          prepare();
+          return false;
+        },
+        Glib::PRIORITY_LOW);
   }
 
  private:
@@ -108,6 +126,7 @@ class Submenu final : public Gtk::Menu {
 
   const MenuItems& items_;
   std::size_t added_ = 0;
+  sigc::connection preparing_;
   sigc::connection adding_;
 };
 
@@ -122,10 +141,14 @@ void installMenuStyle() {
                                              GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
 }
 
+double textScale(const Gtk::Widget& widget) {
+  const double dotsPerInch = widget.get_screen()->get_resolution();
+  return dotsPerInch > 0 ? dotsPerInch / unscaledDpi : 1;
+}
+
 MenuTheme menuTheme(Gtk::MenuItem& item) {
   GtkStyleContext* const context = item.get_style_context()->gobj();
-  const double dotsPerInch = item.get_screen()->get_resolution();
-  MenuTheme theme{.font = fontOf(context, dotsPerInch),
+  MenuTheme theme{.font = fontOf(context, textScale(item)),
                   .accent = accentOf(context),
                   .selectedText = colorOf(context, GTK_STATE_FLAG_PRELIGHT, "color"),
                   .label = colorOf(context, GTK_STATE_FLAG_NORMAL, "color"),
@@ -144,15 +167,16 @@ std::unique_ptr<Gtk::MenuItem> makeMenuItem(const MenuItem& item) {
   } else {
     made = std::make_unique<Gtk::MenuItem>(item.title);
   }
-  // A long name must not make the menu wider than the screen.
+  // A long name must not make the menu wider than the screen. Names that begin alike differ at their end.
   auto& label = dynamic_cast<Gtk::Label&>(*made->get_child());
-  label.set_ellipsize(Pango::ELLIPSIZE_END);
+  label.set_ellipsize(Pango::ELLIPSIZE_MIDDLE);
   label.set_max_width_chars(50);
   if (item.kind == MenuItem::Kind::heading) made->get_style_context()->add_class("tavelle-heading");
   if (!item.submenu.empty()) {
     auto* const submenu = Gtk::make_managed<Submenu>(item.submenu);
     made->set_submenu(*submenu);
     made->signal_select().connect([submenu] { submenu->prepare(); });
+    made->signal_map().connect([submenu] { submenu->prepareWhenIdle(); });
   } else if (item.action) {
     // Later, since it may open a dialog, and the menu that the item belongs to may be gone by then.
     made->signal_activate().connect([action = item.action] { Glib::signal_idle().connect_once(action); });

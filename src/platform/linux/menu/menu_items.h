@@ -20,7 +20,10 @@ void installMenuStyle();
 /// Makes the item, of any kind but a list, with its submenu; `item` must outlive what is made.
 std::unique_ptr<Gtk::MenuItem> makeMenuItem(const MenuItem& item);
 
-/// How the theme draws this item of a menu.
+/// How many pixels a point of the list's takes: it grows with the desktop's text.
+double textScale(const Gtk::Widget& widget);
+
+/// How the theme draws this item of a menu, with sizes in the list's points.
 MenuTheme menuTheme(Gtk::MenuItem& item);
 
 }  // namespace tavelle
