@@ -71,8 +71,10 @@ class GtkStatusItem final : public StatusItem {
 
  private:
   void clickedOnBus(int x, int y) {
-    // What panels send that don't know: no icon is only one pixel away from the corner.
-    if (x != 0 || y != 0) lastPlace_ = Gdk::Rectangle(x, y, 1, 1);
+    // Panels that don't know send zeros, MATE's one and the height of the panel. On X11 the pointer is on the icon
+    // then.
+    const bool known = isWaylandDisplay(monitors_.display()) ? x != 0 || y != 0 : x != 0 && y != 0;
+    if (known) lastPlace_ = Gdk::Rectangle(x, y, 1, 1);
     performClick();
   }
 
