@@ -28,8 +28,8 @@ class WindowList {
   virtual ~WindowList() = default;
 
   /// The windows on screen at this moment, front to back: neither minimised nor on another workspace nor swept away to
-  /// show the desktop. A window that others hide is on screen. Windows that make up the desktop itself are left out.
-  /// None when the desktop gives no list.
+  /// show the desktop. A window that others hide is on screen. Windows that make up the desktop itself are left out,
+  /// but for what they hide of a wallpaper that they have come to lie above. None when the desktop gives no list.
   virtual std::optional<std::vector<WindowDescription>> onScreen() const = 0;
 };
 

@@ -1,7 +1,7 @@
 """The wallpaper rests where nobody sees it."""
 
 import pytest
-from session import HEAD, wait_until
+from session import HEAD, X, wait_until
 
 SIZES = ["1280x720", "1024x768"]
 FIRST, SECOND, BOTH = (0, 0, 1280, 720), (1280, 0, 1024, 768), (0, 0, 2304, 768)
@@ -16,8 +16,7 @@ v.onplaying = () => { if (stopped) say(`goes on ${innerWidth}: told to ${told}`)
 @pytest.fixture(name="playing")
 def fixture_playing(desktop, tavelle, video):
     desktop.plug("DUMMY1", "1280x0", SIZES[1])
-    (tavelle.library / "Own").mkdir(parents=True)
-    (tavelle.library / "Own/video.mp4").write_bytes(video.read_bytes())
+    (tavelle.add("Own", "") / "video.mp4").write_bytes(video.read_bytes())
     tavelle.play(PAGE)
     yield tavelle
     desktop.plug("DUMMY1", "1280x0")
@@ -68,6 +67,13 @@ def test_pages_rest_while_windows_hide_them(playing, windows, view):
         rest.expect()
         back()
         rest.expect(1)
+
+    # A file manager's window for the desktop, which a click may raise over the wallpaper or lower below it.
+    files = windows.open(*FIRST, _NET_WM_WINDOW_TYPE=["_NET_WM_WINDOW_TYPE_DESKTOP"])
+    rest.expect(0, 1)
+    files.configure(stack_mode=X.Below)
+    view.display.sync()
+    rest.expect(1)
 
     windows.open(*FIRST, _NET_WM_PID=[playing.process.pid])  # the program's own hide nothing
     windows.open_panel((0, 0, 1280, 30), 0, 0, 30, 0, 0, 0, 0, 0, 0, 1279, 0, 0)

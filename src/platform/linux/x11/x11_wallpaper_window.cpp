@@ -68,6 +68,11 @@ class X11WallpaperWindow final : public WallpaperWindow {
     // The server itself fills what nobody has painted yet, from the moment the window appears.
     Display* const display = gdk_x11_display_get_xdisplay(display_);
     XSetWindowBackground(display, gdk_x11_window_get_xid(surface->gobj()), BlackPixel(display, 0));
+    // The toolkit takes values of 32 bits as numbers of C's own size.
+    constexpr gulong anything = 1;
+    gdk_property_change(surface->gobj(), gdk_atom_intern_static_string(wallpaperMark.data()),
+                        gdk_atom_intern_static_string("CARDINAL"), 32, GDK_PROP_MODE_REPLACE,
+                        reinterpret_cast<const guchar*>(&anything), 1);
   }
 
   GdkDisplay* const display_;

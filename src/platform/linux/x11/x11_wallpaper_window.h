@@ -1,9 +1,14 @@
 #pragma once
 
+#include <string_view>
+
 #include "platform/linux/toolkit/monitors.h"
 #include "platform/wallpaper_window.h"
 
 namespace tavelle {
+
+/// Every wallpaper window has a property of this name, in whatever process.
+inline constexpr std::string_view wallpaperMark = "_TAVELLE_WALLPAPER";
 
 /// Desktop-type windows of X11, which window managers keep below all others.
 class X11WallpaperWindows final : public WallpaperWindows {

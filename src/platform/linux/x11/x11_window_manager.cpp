@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "platform/linux/x11/property_watch.h"
+#include "platform/linux/x11/x11_wallpaper_window.h"
 
 namespace tavelle {
 namespace {
@@ -26,6 +27,7 @@ enum AtomIndex : std::size_t {
   wmOpacity,
   frameExtents,
   shadowExtents,
+  ourWallpaper,
   windowType,
   typeDesktop,
   typeNormal,
@@ -34,7 +36,7 @@ enum AtomIndex : std::size_t {
   firstFloatingType
 };
 
-constexpr std::array<std::string_view, 28> atomNames{"_NET_CLIENT_LIST_STACKING",
+constexpr std::array<std::string_view, 29> atomNames{"_NET_CLIENT_LIST_STACKING",
                                                      "_NET_CLIENT_LIST",
                                                      "_NET_CURRENT_DESKTOP",
                                                      "_NET_SHOWING_DESKTOP",
@@ -47,6 +49,7 @@ constexpr std::array<std::string_view, 28> atomNames{"_NET_CLIENT_LIST_STACKING"
                                                      "_NET_WM_WINDOW_OPACITY",
                                                      "_NET_FRAME_EXTENTS",
                                                      "_GTK_FRAME_EXTENTS",
+                                                     wallpaperMark,
                                                      "_NET_WM_WINDOW_TYPE",
                                                      "_NET_WM_WINDOW_TYPE_DESKTOP",
                                                      "_NET_WM_WINDOW_TYPE_NORMAL",
@@ -103,6 +106,7 @@ class X11WindowManager::WindowRequest {
         attributes_(connection, xcb_get_window_attributes(connection.get(), window)),
         geometry_(connection, xcb_get_geometry(connection.get(), window)),
         origin_(connection, xcb_translate_coordinates(connection.get(), window, connection.root(), 0, 0)),
+        mark_(connection, window, atoms[ourWallpaper]),
         type_(connection, window, atoms[windowType]),
         state_(connection, window, atoms[wmState]),
         desktop_(connection, window, atoms[wmDesktop]),
@@ -111,29 +115,45 @@ class X11WindowManager::WindowRequest {
         frame_(connection, window, atoms[frameExtents]),
         shadow_(connection, window, atoms[shadowExtents]) {}
 
+  /// What a window is part of.
+  enum class Part { application, furniture, desktop, wallpaper };
+  struct Seen {
+    Part part;
+    WindowDescription window;
+    /// Whether its pixels have an alpha of their own.
+    bool hasAlpha;
+  };
+
   /// None when the window is not on screen, or is no more. `desktop` is the current one, if there is such a thing.
-  std::optional<WindowDescription> read(std::optional<std::uint32_t> desktop) {
+  std::optional<Seen> read(std::optional<std::uint32_t> desktop) {
     const auto attributes = attributes_.read();
     const auto state = state_.read();
     if (!attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE) return std::nullopt;
     // Where windows stay mapped to be shown in previews, only the manager's word tells that they are out of sight.
     if (contains(state, atoms_[stateHidden]) && !contains(state, atoms_[stateShaded])) return std::nullopt;
     if (!isOnDesktop(desktop_.readFirst(), desktop)) return std::nullopt;
-    const auto layer = readLayer();
-    if (!layer) return std::nullopt;
-    return WindowDescription{.layer = layer, .owner = readOwner(), .alpha = readAlpha(), .bounds = readBounds(state)};
+    const Part part = readPart();
+    const int layer = part == Part::furniture ? floatingLayer : ordinaryLayer;
+    const auto geometry = geometry_.read();
+    constexpr int depthWithAlpha = 32;
+    return Seen{.part = part,
+                .window = {.layer = layer,
+                           .owner = readOwner(),
+                           .alpha = readAlpha(),
+                           .bounds = geometry ? readBounds(*geometry, state) : std::nullopt},
+                .hasAlpha = geometry && geometry->depth == depthWithAlpha};
   }
 
  private:
-  /// None for a window that is part of the desktop.
-  std::optional<int> readLayer() {
+  Part readPart() {
+    if (mark_.readFirst()) return Part::wallpaper;
     // The first type that is known counts; what has none is ordinary, since it is managed.
     for (const std::uint32_t type : type_.read()) {
-      if (type == atoms_[typeDesktop]) return std::nullopt;
+      if (type == atoms_[typeDesktop]) return Part::desktop;
       if (type == atoms_[typeNormal] || type == atoms_[typeDialog] || type == atoms_[typeUtility]) break;
-      if (std::find(atoms_.begin() + firstFloatingType, atoms_.end(), type) != atoms_.end()) return floatingLayer;
+      if (std::find(atoms_.begin() + firstFloatingType, atoms_.end(), type) != atoms_.end()) return Part::furniture;
     }
-    return ordinaryLayer;
+    return Part::application;
   }
 
   std::optional<std::int32_t> readOwner() {
@@ -148,13 +168,12 @@ class X11WindowManager::WindowRequest {
     return *opacity / static_cast<double>(std::numeric_limits<std::uint32_t>::max());
   }
 
-  std::optional<Rect> readBounds(const std::vector<std::uint32_t>& state) {
-    const auto geometry = geometry_.read();
+  std::optional<Rect> readBounds(const xcb_get_geometry_reply_t& geometry, const std::vector<std::uint32_t>& state) {
     const auto origin = origin_.read();
-    if (!geometry || !origin) return std::nullopt;
-    const double border = geometry->border_width;
-    const Rect own{origin->dst_x - border, origin->dst_y - border, geometry->width + 2 * border,
-                   geometry->height + 2 * border};
+    if (!origin) return std::nullopt;
+    const double border = geometry.border_width;
+    const Rect own{origin->dst_x - border, origin->dst_y - border, geometry.width + 2 * border,
+                   geometry.height + 2 * border};
     // A full-screen window has neither, whatever its properties still say.
     if (contains(state, atoms_[stateFullscreen])) return space_.toGlobal(own);
     const Extents frame = extentsOf(frame_.read());
@@ -169,6 +188,7 @@ class X11WindowManager::WindowRequest {
   AttributesRequest attributes_;
   GeometryRequest geometry_;
   TranslateRequest origin_;
+  PropertyRequest mark_;
   PropertyRequest type_;
   PropertyRequest state_;
   PropertyRequest desktop_;
@@ -201,10 +221,25 @@ std::optional<std::vector<WindowDescription>> X11WindowManager::onScreen() const
   requests.reserve(windows.size());
   std::for_each(windows.rbegin(), windows.rend(),
                 [&](xcb_window_t window) { requests.emplace_back(connection_, window, atoms_, space); });
+  const bool composited = gdk_screen_is_composited(gdk_display_get_default_screen(monitors_.display())) != FALSE;
   std::vector<WindowDescription> onScreen;
+  // Windows of file managers and shells for all of the desktop, through which nothing can be seen.
+  std::vector<Rect> desktops;
   for (WindowRequest& request : requests) {
-    const auto window = request.read(desktop);
-    if (window && !(sweptAway && window->layer == ordinaryLayer)) onScreen.push_back(*window);
+    const auto seen = request.read(desktop);
+    if (!seen) continue;
+    const auto& [part, window, hasAlpha] = *seen;
+    using enum WindowRequest::Part;
+    if (part == wallpaper) {
+      for (const Rect& each : desktops) {
+        const Rect hidden = intersection(each, window.bounds.value_or(Rect{}));
+        if (!hidden.isEmpty()) onScreen.push_back({.layer = ordinaryLayer, .owner = {}, .alpha = {}, .bounds = hidden});
+      }
+    } else if (part == WindowRequest::Part::desktop) {
+      if (window.bounds && !(hasAlpha && composited)) desktops.push_back(*window.bounds);
+    } else if (part == furniture || !sweptAway) {
+      onScreen.push_back(window);
+    }
   }
   return onScreen;
 }
