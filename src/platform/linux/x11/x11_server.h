@@ -3,6 +3,7 @@
 #include "platform/linux/toolkit/display_server.h"
 #include "platform/linux/toolkit/gdk_screens.h"
 #include "platform/linux/toolkit/monitors.h"
+#include "platform/linux/x11/desktop_icons.h"
 #include "platform/linux/x11/x11_spaces.h"
 #include "platform/linux/x11/x11_wallpaper_window.h"
 #include "platform/linux/x11/x11_window_manager.h"
@@ -28,7 +29,8 @@ class X11Server final : public DisplayServer {
   X11WindowManager windowManager_{connection_, monitors_};
   GdkScreens screens_{monitors_, windowManager_};
   X11Spaces spaces_{connection_};
-  X11WallpaperWindows windows_{monitors_};
+  DesktopIcons icons_{connection_};
+  X11WallpaperWindows windows_{monitors_, icons_};
 };
 
 }  // namespace tavelle

@@ -7,13 +7,14 @@
 // clang-format on
 
 #include "platform/linux/toolkit/wallpaper_surface.h"
+#include "platform/linux/x11/desktop_icons.h"
 
 namespace tavelle {
 namespace {
 
 class X11WallpaperWindow final : public WallpaperWindow {
  public:
-  X11WallpaperWindow(const Screen& screen, const Monitors& monitors)
+  X11WallpaperWindow(const Screen& screen, const Monitors& monitors, DesktopIcons& icons)
       : display_(monitors.display()), place_(gdkPlace(screen, monitors)) {
     window_.set_type_hint(Gdk::WINDOW_TYPE_HINT_DESKTOP);
     window_.set_skip_taskbar_hint(true);
@@ -31,6 +32,7 @@ class X11WallpaperWindow final : public WallpaperWindow {
       return false;
     });
     gtk_widget_realize(GTK_WIDGET(window_.gobj()));
+    icons_ = icons.keepInSight(static_cast<xcb_window_t>(gdk_x11_window_get_xid(window_.get_window()->gobj())));
   }
 
   void setContent(WebView& content) override { window_.fillWith(content); }
@@ -78,12 +80,13 @@ class X11WallpaperWindow final : public WallpaperWindow {
   GdkDisplay* const display_;
   const GdkRectangle place_;
   WallpaperSurface window_;
+  Registration icons_;
 };
 
 }  // namespace
 
 std::unique_ptr<WallpaperWindow> X11WallpaperWindows::make(const Screen& screen) {
-  return std::make_unique<X11WallpaperWindow>(screen, monitors_);
+  return std::make_unique<X11WallpaperWindow>(screen, monitors_, icons_);
 }
 
 }  // namespace tavelle
