@@ -7,6 +7,7 @@
 #include "model/controller.h"
 #include "model/settings_keys.h"
 #include "platform/screens.h"
+#include "platform/shared_desktop.h"
 #include "platform/text_order.h"
 #include "platform/user_defaults.h"
 
@@ -29,6 +30,7 @@ std::optional<Wallpaper> initialWallpaper(const std::vector<Wallpaper>& all, con
 
 void Controller::applicationDidFinishLaunching() {
   keep(platform_.defaults.onTrouble([this](const std::string& trouble) { log("settings: " + trouble); }));
+  keep(platform_.sharedDesktop.onTrouble([this](const std::string& trouble) { log("desktop: " + trouble); }));
   seedLibraryIfEmpty();
   restoreWallpaper();
   log("launched, showing: " + (current_ ? current_->name() : "nothing"));

@@ -18,6 +18,7 @@ class MainLoop;
 class OpenPanels;
 class Processes;
 class Screens;
+class SharedDesktop;
 class StatusItems;
 class TextOrder;
 class UserDefaults;
@@ -41,6 +42,7 @@ struct Platform {
   OpenPanels& openPanels;
   Processes& processes;
   Screens& screens;
+  SharedDesktop& sharedDesktop;
   StatusItems& statusItems;
   TextOrder& textOrder;
   UserDefaults& defaults;

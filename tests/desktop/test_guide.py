@@ -158,8 +158,9 @@ def test_is_dragged_by_the_strip_and_the_background_but_not_by_a_button(tavelle,
     assert guide.at((0, 0)) == there
 
 
-def test_the_size_of_the_desktops_text_is_none_of_a_pages(desktop, tavelle, guide):
-    desktop.run("sh", "-c", "echo Xft.dpi: 120 | xrdb -merge")
+@pytest.mark.parametrize("dots_per_inch", [97, 120])
+def test_the_size_of_the_desktops_text_is_none_of_a_pages(desktop, tavelle, guide, dots_per_inch):
+    desktop.run("sh", "-c", f"echo Xft.dpi: {dots_per_inch} | xrdb -merge")
     try:
         tavelle.play(PAGE)
         assert len(tavelle.found(r'loaded: .*"size":\[1280,720,1\]')) == 1

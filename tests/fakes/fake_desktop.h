@@ -16,6 +16,7 @@
 #include "platform/open_panel.h"
 #include "platform/processes.h"
 #include "platform/screens.h"
+#include "platform/shared_desktop.h"
 #include "platform/status_item.h"
 #include "platform/video_frames.h"
 #include "platform/wallpaper_window.h"
@@ -129,6 +130,10 @@ struct FakeProcesses final : Processes {
  private:
   int started_ = 0;
   std::function<void(Ending)> ended_;
+};
+
+struct FakeSharedDesktop final : SharedDesktop {
+  Registration onTrouble(std::function<void(const std::string&)> /*tell*/) override { return {}; }
 };
 
 struct FakeWindowList final : WindowList {

@@ -40,6 +40,7 @@ struct FakePlatform {
             .openPanels = openPanels,
             .processes = processes,
             .screens = screens,
+            .sharedDesktop = sharedDesktop,
             .statusItems = statusItems,
             .textOrder = textOrder,
             .defaults = defaults,
@@ -77,6 +78,7 @@ struct FakePlatform {
   FakeOpenPanels openPanels;
   FakeProcesses processes;
   FakeScreens screens;
+  FakeSharedDesktop sharedDesktop;
   FakeStatusItems statusItems;
   IcuTextOrder textOrder;
   FakeDefaults defaults;

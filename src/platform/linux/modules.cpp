@@ -16,6 +16,7 @@
 #include "platform/linux/standard_paths.h"
 #include "platform/open_panel.h"
 #include "platform/screens.h"
+#include "platform/shared_desktop.h"
 #include "platform/status_item.h"
 #include "platform/wallpaper_window.h"
 #include "platform/web_view.h"
@@ -44,6 +45,7 @@ class NoDesktop final : public DesktopServices,
                         OpenPanels,
                         GuideWindows,
                         Screens,
+                        SharedDesktop,
                         StatusItems,
                         WallpaperWindows,
                         WebViews,
@@ -56,6 +58,7 @@ class NoDesktop final : public DesktopServices,
   OpenPanels& openPanels() override { return *this; }
   GuideWindows& guideWindows() override { return *this; }
   Screens& screens() override { return *this; }
+  SharedDesktop& sharedDesktop() override { return *this; }
   StatusItems& statusItems() override { return *this; }
   WallpaperWindows& windows() override { return *this; }
   WebViews& webViews() override { return *this; }
@@ -74,6 +77,7 @@ class NoDesktop final : public DesktopServices,
   std::optional<std::string> current(const Screen& /*screen*/) const override { return std::nullopt; }
   std::vector<Screen> list() const override { return {}; }
   Registration onChange(std::function<void()> /*changed*/) override { return {}; }
+  Registration onTrouble(std::function<void(const std::string&)> /*tell*/) override { return {}; }
   std::unique_ptr<StatusItem> make(std::function<void(MenuItems&)> /*menuNeedsUpdate*/) override { return nullptr; }
   std::unique_ptr<WallpaperWindow> make(const Screen& /*screen*/) override { return nullptr; }
   std::unique_ptr<WebView> make(const WebViews::Settings& /*settings*/, WebViewDelegate& /*delegate*/) override {

@@ -13,6 +13,7 @@ class DesktopPicture;
 class GuideWindows;
 class OpenPanels;
 class Screens;
+class SharedDesktop;
 class StatusItems;
 class WallpaperWindows;
 class WebViews;
@@ -31,6 +32,7 @@ class DesktopServices {
   virtual OpenPanels& openPanels() = 0;
   virtual GuideWindows& guideWindows() = 0;
   virtual Screens& screens() = 0;
+  virtual SharedDesktop& sharedDesktop() = 0;
   virtual StatusItems& statusItems() = 0;
   virtual WallpaperWindows& windows() = 0;
   virtual WindowList& windowList() = 0;

@@ -89,6 +89,7 @@ class Services {
             .openPanels = desktop_.openPanels(),
             .processes = processes_,
             .screens = desktop_.screens(),
+            .sharedDesktop = desktop_.sharedDesktop(),
             .statusItems = desktop_.statusItems(),
             .textOrder = textOrder_,
             .defaults = defaults_,

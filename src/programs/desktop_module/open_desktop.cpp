@@ -43,6 +43,7 @@ class GtkDesktopServices final : public DesktopServices {
   OpenPanels& openPanels() override { return openPanels_; }
   GuideWindows& guideWindows() override { return guideWindows_; }
   Screens& screens() override { return server_->screens(); }
+  SharedDesktop& sharedDesktop() override { return server_->sharedDesktop(); }
   StatusItems& statusItems() override { return statusItems_; }
   WallpaperWindows& windows() override { return server_->windows(); }
   WindowList& windowList() override { return server_->windowManager(); }

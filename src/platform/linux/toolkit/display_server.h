@@ -4,6 +4,7 @@ namespace tavelle {
 
 class Monitors;
 class Screens;
+class SharedDesktop;
 class Spaces;
 class WallpaperWindows;
 class WindowManager;
@@ -16,6 +17,7 @@ class DisplayServer {
 
   virtual Monitors& monitors() = 0;
   virtual Screens& screens() = 0;
+  virtual SharedDesktop& sharedDesktop() = 0;
   virtual Spaces& spaces() = 0;
   virtual WallpaperWindows& windows() = 0;
   virtual WindowManager& windowManager() = 0;

@@ -10,6 +10,7 @@
 #include "platform/linux/wayland/layer_wallpaper_window.h"
 #include "platform/linux/wayland/wayland_globals.h"
 #include "platform/linux/wayland/wayland_outputs.h"
+#include "platform/shared_desktop.h"
 #include "platform/spaces.h"
 
 namespace tavelle {
@@ -25,6 +26,7 @@ class WaylandServer final : public DisplayServer {
 
   Monitors& monitors() override { return monitors_; }
   Screens& screens() override { return screens_; }
+  SharedDesktop& sharedDesktop() override { return sharedDesktop_; }
   Spaces& spaces() override { return spaces_; }
   WallpaperWindows& windows() override { return windows_; }
   WindowManager& windowManager() override { return *compositor_; }
@@ -37,12 +39,19 @@ class WaylandServer final : public DisplayServer {
     Registration onChange(std::function<void()> /*changed*/) override { return {}; }
   };
 
+  /// Layers lie where they belong by themselves.
+  class LayeredDesktop final : public SharedDesktop {
+   public:
+    Registration onTrouble(std::function<void(const std::string&)> /*tell*/) override { return {}; }
+  };
+
   Monitors monitors_;
   const WaylandGlobals globals_;
   const WaylandOutputs outputs_{globals_, monitors_};
   const std::unique_ptr<WindowManager> compositor_{findCompositor(globals_, monitors_)};
   GdkScreens screens_{monitors_, *compositor_};
   NoSpaces spaces_;
+  LayeredDesktop sharedDesktop_;
   LayerWallpaperWindows windows_{monitors_};
 };
 

@@ -1,5 +1,6 @@
 #include "platform/linux/web/webkit_web_view.h"
 
+#include <cmath>
 #include <system_error>
 #include <utility>
 
@@ -65,12 +66,13 @@ WebKitView::~WebKitView() {
 }
 
 /// The engine makes all of a page larger by as much as the desktop makes its text, and takes the rest of the page out
-/// of sight with it. A page's pixels are the screen's.
+/// of sight with it; what differs by no more than a fiftieth it takes for unscaled (WebKitGTK 2.50, by trial). A page's
+/// pixels are the screen's.
 void WebKitView::followTextScale() {
   const auto undo = +[](GtkSettings*, GParamSpec*, WebKitWebView* view) {
     constexpr double unscaled = 96;
-    const double dotsPerInch = gdk_screen_get_resolution(gtk_widget_get_screen(GTK_WIDGET(view)));
-    if (dotsPerInch > 0) webkit_web_view_set_zoom_level(view, unscaled / dotsPerInch);
+    const double scale = gdk_screen_get_resolution(gtk_widget_get_screen(GTK_WIDGET(view))) / unscaled;
+    webkit_web_view_set_zoom_level(view, scale > 0 && std::abs(scale - 1) > 0.02 ? 1 / scale : 1);
   };
   auto* const toolkit = gtk_widget_get_settings(widget());
   g_signal_connect_object(toolkit, "notify::gtk-xft-dpi", G_CALLBACK(undo), view_.get(), GConnectFlags{});

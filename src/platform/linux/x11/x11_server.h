@@ -3,7 +3,7 @@
 #include "platform/linux/toolkit/display_server.h"
 #include "platform/linux/toolkit/gdk_screens.h"
 #include "platform/linux/toolkit/monitors.h"
-#include "platform/linux/x11/desktop_icons.h"
+#include "platform/linux/x11/x11_shared_desktop.h"
 #include "platform/linux/x11/x11_spaces.h"
 #include "platform/linux/x11/x11_wallpaper_window.h"
 #include "platform/linux/x11/x11_window_manager.h"
@@ -20,6 +20,7 @@ class X11Server final : public DisplayServer {
   Screens& screens() override { return screens_; }
   Spaces& spaces() override { return spaces_; }
   WallpaperWindows& windows() override { return windows_; }
+  SharedDesktop& sharedDesktop() override { return sharedDesktop_; }
   WindowManager& windowManager() override { return windowManager_; }
   const XConnection* xConnection() const override { return &connection_; }
 
@@ -29,8 +30,8 @@ class X11Server final : public DisplayServer {
   X11WindowManager windowManager_{connection_, monitors_};
   GdkScreens screens_{monitors_, windowManager_};
   X11Spaces spaces_{connection_};
-  DesktopIcons icons_{connection_};
-  X11WallpaperWindows windows_{monitors_, icons_};
+  X11SharedDesktop sharedDesktop_{connection_, monitors_};
+  X11WallpaperWindows windows_{monitors_, sharedDesktop_};
 };
 
 }  // namespace tavelle

@@ -7,16 +7,16 @@
 // clang-format on
 
 #include "platform/linux/toolkit/wallpaper_surface.h"
-#include "platform/linux/x11/desktop_icons.h"
+#include "platform/linux/x11/x11_shared_desktop.h"
 
 namespace tavelle {
 namespace {
 
 class X11WallpaperWindow final : public WallpaperWindow {
  public:
-  X11WallpaperWindow(const Screen& screen, const Monitors& monitors, DesktopIcons& icons)
-      : display_(monitors.display()), place_(gdkPlace(screen, monitors)) {
-    window_.set_type_hint(Gdk::WINDOW_TYPE_HINT_DESKTOP);
+  X11WallpaperWindow(const Screen& screen, const Monitors& monitors, X11SharedDesktop& desktop)
+      : display_(monitors.display()), place_(gdkPlace(screen, monitors)), desktop_(desktop) {
+    gtk_window_set_type_hint(window_.gobj(), desktop.stacking().type);
     window_.set_skip_taskbar_hint(true);
     window_.set_skip_pager_hint(true);
     window_.set_keep_below(true);
@@ -31,8 +31,16 @@ class X11WallpaperWindow final : public WallpaperWindow {
       window_.letClicksThrough();
       return false;
     });
+    managerChanged_ = g_signal_connect_swapped(gdk_display_get_default_screen(display_), "window-manager-changed",
+                                               G_CALLBACK(followManager), this);
     gtk_widget_realize(GTK_WIDGET(window_.gobj()));
-    icons_ = icons.keepInSight(static_cast<xcb_window_t>(gdk_x11_window_get_xid(window_.get_window()->gobj())));
+    shared_ = desktop.share(static_cast<xcb_window_t>(gdk_x11_window_get_xid(window_.get_window()->gobj())));
+  }
+
+  X11WallpaperWindow(const X11WallpaperWindow&) = delete;
+  X11WallpaperWindow& operator=(const X11WallpaperWindow&) = delete;
+  ~X11WallpaperWindow() override {
+    g_signal_handler_disconnect(gdk_display_get_default_screen(display_), managerChanged_);
   }
 
   void setContent(WebView& content) override { window_.fillWith(content); }
@@ -42,10 +50,10 @@ class X11WallpaperWindow final : public WallpaperWindow {
     window_.move(place_.x, place_.y);
     GdkWindow* const surface = window_.get_window()->gobj();
     // Where nothing keeps desktop windows below the others, the front would be in front of them.
-    if (managerKnowsDesktopWindows()) {
-      gdk_window_raise(surface);
-    } else {
+    if (!managerKnowsDesktopWindows()) {
       gdk_window_lower(surface);
+    } else if (desktop_.stacking().canRaise) {
+      gdk_window_raise(surface);
     }
   }
 
@@ -53,6 +61,17 @@ class X11WallpaperWindow final : public WallpaperWindow {
   bool isVisible() const override { return window_.get_visible(); }
 
  private:
+  /// Managers look at a window's type when it appears.
+  static void followManager(X11WallpaperWindow* self) {
+    const GdkWindowTypeHint type = self->desktop_.stacking().type;
+    if (type == gtk_window_get_type_hint(self->window_.gobj())) return;
+    const bool visible = self->isVisible();
+    self->orderOut();
+    gtk_window_set_type_hint(self->window_.gobj(), type);
+    gdk_window_set_type_hint(self->window_.get_window()->gobj(), type);
+    if (visible) self->orderFront();
+  }
+
   /// Where the screen lies in GDK's own coordinates.
   static GdkRectangle gdkPlace(const Screen& screen, const Monitors& monitors) {
     const PixelSpace space = monitors.pixelSpace();
@@ -70,6 +89,10 @@ class X11WallpaperWindow final : public WallpaperWindow {
     // The server itself fills what nobody has painted yet, from the moment the window appears.
     Display* const display = gdk_x11_display_get_xdisplay(display_);
     XSetWindowBackground(display, gdk_x11_window_get_xid(surface->gobj()), BlackPixel(display, 0));
+    // MATE's compositor gives docks a shadow, and keeps it when they get a shape later. It would darken the icons.
+    if (desktop_.stacking().type == GDK_WINDOW_TYPE_HINT_DOCK) {
+      surface->shape_combine_region(Cairo::Region::create({0, 0, place_.width, place_.height}), 0, 0);
+    }
     // The toolkit takes values of 32 bits as numbers of C's own size.
     constexpr gulong anything = 1;
     gdk_property_change(surface->gobj(), gdk_atom_intern_static_string(wallpaperMark.data()),
@@ -79,14 +102,16 @@ class X11WallpaperWindow final : public WallpaperWindow {
 
   GdkDisplay* const display_;
   const GdkRectangle place_;
+  X11SharedDesktop& desktop_;
   WallpaperSurface window_;
-  Registration icons_;
+  gulong managerChanged_ = 0;
+  Registration shared_;
 };
 
 }  // namespace
 
 std::unique_ptr<WallpaperWindow> X11WallpaperWindows::make(const Screen& screen) {
-  return std::make_unique<X11WallpaperWindow>(screen, monitors_, icons_);
+  return std::make_unique<X11WallpaperWindow>(screen, monitors_, desktop_);
 }
 
 }  // namespace tavelle
