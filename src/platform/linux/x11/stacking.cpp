@@ -11,11 +11,10 @@ namespace {
 
 constexpr Stacking usual{.type = GDK_WINDOW_TYPE_HINT_DESKTOP, .canRaise = true, .showsThrough = false};
 
-constexpr std::array<std::pair<std::string_view, Stacking>, 3> others{{
+constexpr std::array<std::pair<std::string_view, Stacking>, 2> others{{
     // A click raises MATE's file manager above all other windows for the desktop; only docks stay in front of it.
     {"Metacity (Marco)", {.type = GDK_WINDOW_TYPE_HINT_DOCK, .canRaise = false, .showsThrough = false}},
     {"Mutter (Muffin)", {.type = GDK_WINDOW_TYPE_HINT_DESKTOP, .canRaise = false, .showsThrough = true}},
-    {"GNOME Shell", {.type = GDK_WINDOW_TYPE_HINT_DESKTOP, .canRaise = false, .showsThrough = true}},
 }};
 
 }  // namespace

@@ -13,7 +13,7 @@ struct Stacking {
   /// wants the user's attention.
   bool canRaise;
   /// Whether windows for the desktop that have an alpha channel are transparent where they draw no icon, so that
-  /// wallpapers belong below them.
+  /// wallpapers belong below them. The manager keeps to that when it sorts its windows anew (BriefWindow).
   bool showsThrough;
 };
 

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "platform/linux/glib_main_loop.h"
+#include "platform/linux/x11/brief_window.h"
 #include "platform/linux/x11/desktop_windows.h"
 #include "platform/linux/x11/icon_cutout.h"
 
@@ -71,6 +72,7 @@ class X11SharedDesktop::Watch {
   bool mayMove();
   void putAbove(xcb_window_t wallpaper);
   void putBelow(xcb_window_t wallpaper);
+  void haveSorted(std::vector<xcb_window_t> order);
   void shape(xcb_window_t wallpaper, bool& isCut);
   std::optional<std::string> trouble() const;
   void tellTrouble();
@@ -81,6 +83,7 @@ class X11SharedDesktop::Watch {
   const xcb_atom_t restack_;
   const std::uint8_t firstDamageEvent_;
   ScreenImages images_{connection_};
+  BriefWindow sorter_{connection_};
   /// And whether they have been cut.
   std::map<xcb_window_t, bool> wallpapers_;
   std::map<xcb_window_t, Desktop> desktops_;
@@ -89,6 +92,8 @@ class X11SharedDesktop::Watch {
   /// Whether an opaque window for the desktop lies above a wallpaper.
   bool isHidden_ = false;
   int moves_ = 0;
+  /// Wallpapers and windows for the desktop as they lay when the manager was last made to sort them.
+  std::vector<xcb_window_t> sorted_;
   std::set<std::string> told_;
   guint source_ = 0;
   GLibMainLoop loop_;
@@ -230,6 +235,15 @@ void X11SharedDesktop::Watch::keepOrder() {
       putBelow(wallpaper);
     }
   }
+  if (stacking.showsThrough) haveSorted(order);
+}
+
+void X11SharedDesktop::Watch::haveSorted(std::vector<xcb_window_t> order) {
+  std::erase_if(order,
+                [&](xcb_window_t window) { return !wallpapers_.contains(window) && !desktops_.contains(window); });
+  if (order == sorted_) return;
+  sorted_ = std::move(order);
+  sorter_.show();
 }
 
 bool X11SharedDesktop::Watch::mayMove() {
