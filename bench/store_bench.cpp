@@ -28,7 +28,7 @@ std::vector<std::string> names(const std::string& prefix, int count) {
 }
 
 /// A store with every entry showing this image, and another one when idle.
-const std::string& storeShowing(const std::string& address) {
+const std::string& storeShowing(const char* address) {
   static std::map<std::string, std::string> stores;
   std::string& bytes = stores[address];
   if (!bytes.empty()) return bytes;
@@ -73,7 +73,7 @@ void mereDecodingAndEncoding(benchmark::State& state) {
   const std::string& bytes = storeShowing("file:///other.jpg");
   for (auto _ : state) {
     plist_t root = nullptr;
-    plist_from_memory(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &root);
+    static_cast<void>(plist_from_bin(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &root));
     const PlistPtr owned(root);
     benchmark::DoNotOptimize(binaryPlist(root));
   }

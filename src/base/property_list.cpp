@@ -27,12 +27,20 @@ class PointDecimals {
   locale_t before_;
 };
 
-using Write = void (*)(plist_t, char**, std::uint32_t*);
+// The library's functions give something back, and take more, since version 2.3.
 
-Result<std::string> written(plist_t node, Write write) {
+template <typename Given, typename... More>
+PlistPtr readBy(Given (*read)(const char*, std::uint32_t, plist_t*, More...), std::string_view bytes) {
+  plist_t parsed = nullptr;
+  static_cast<void>(read(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &parsed, More{}...));
+  return PlistPtr(parsed);
+}
+
+template <typename Given>
+Result<std::string> writtenBy(Given (*write)(plist_t, char**, std::uint32_t*), plist_t node) {
   char* bytes = nullptr;
   std::uint32_t length = 0;
-  write(node, &bytes, &length);
+  static_cast<void>(write(node, &bytes, &length));
   const AllocatedPtr<char> owned(bytes);
   if (!owned || length == 0) return Error{"a value has no form in a property list"};
   return std::string(owned.get(), length);
@@ -42,10 +50,8 @@ Result<std::string> written(plist_t node, Write write) {
 
 PlistPtr parsedPlist(std::string_view bytes) {
   if (!isReasonablePlist(bytes)) return nullptr;
-  plist_t parsed = nullptr;
   const PointDecimals decimals;
-  plist_from_memory(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &parsed);
-  return PlistPtr(parsed);
+  return readBy(plist_from_memory, bytes);
 }
 
 PlistPtr parsedDictionary(std::string_view bytes) {
@@ -54,9 +60,9 @@ PlistPtr parsedDictionary(std::string_view bytes) {
   return parsed;
 }
 
-Result<std::string> xmlPlist(plist_t node) { return written(node, plist_to_xml); }
+Result<std::string> xmlPlist(plist_t node) { return writtenBy(plist_to_xml, node); }
 
-Result<std::string> binaryPlist(plist_t node) { return written(node, plist_to_bin); }
+Result<std::string> binaryPlist(plist_t node) { return writtenBy(plist_to_bin, node); }
 
 plist_t ofType(plist_t node, plist_type type) { return node && plist_get_node_type(node) == type ? node : nullptr; }
 

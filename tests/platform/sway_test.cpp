@@ -67,7 +67,9 @@ struct SwaySocket {
 
   /// Whether somebody has connected whom nobody has said anything to; who does so soon counts, too.
   bool isCalled(std::chrono::milliseconds soon = 0ms) const {
-    pollfd waiting{.fd = listener.get(), .events = POLLIN, .revents = 0};
+    pollfd waiting{};
+    waiting.fd = listener.get();
+    waiting.events = POLLIN;
     return poll(&waiting, 1, static_cast<int>(soon.count())) > 0;
   }
 

@@ -99,7 +99,9 @@ Result<std::string> readBefore(SteadyClock::time_point deadline, const FileDescr
   std::array<char, 65536> block{};
   while (true) {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - SteadyClock::now()).count();
-    pollfd waited{.fd = pipe.get(), .events = POLLIN, .revents = 0};
+    pollfd waited{};
+    waited.fd = pipe.get();
+    waited.events = POLLIN;
     const int ready = poll(&waited, 1, static_cast<int>(std::max<decltype(left)>(left, 0)));
     if (ready < 0 && errno == EINTR) continue;
     if (ready == 0) return tooLong();

@@ -155,9 +155,11 @@ GType rowType() {
     info.class_init = makeRowClass;
     info.instance_size = sizeof(AtkObject);
     const GType made = g_type_register_static(ATK_TYPE_OBJECT, "TavelleRowAccessible", &info, GTypeFlags{});
-    const GInterfaceInfo actions{makeActions, nullptr, nullptr};
+    GInterfaceInfo actions{};
+    actions.interface_init = makeActions;
     g_type_add_interface_static(made, ATK_TYPE_ACTION, &actions);
-    const GInterfaceInfo component{makeComponent, nullptr, nullptr};
+    GInterfaceInfo component{};
+    component.interface_init = makeComponent;
     g_type_add_interface_static(made, ATK_TYPE_COMPONENT, &component);
     return made;
   }();

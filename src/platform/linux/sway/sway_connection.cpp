@@ -38,7 +38,8 @@ void append(std::string& bytes, std::uint32_t number) {
 }  // namespace
 
 std::optional<SwayConnection> SwayConnection::open(const std::filesystem::path& socket) {
-  sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
   const std::string& path = socket.native();
   if (path.empty() || path.size() >= sizeof address.sun_path) return std::nullopt;
   path.copy(static_cast<char*>(address.sun_path), path.size());
@@ -96,7 +97,9 @@ bool SwayConnection::waitFor(short events, Deadline deadline) const {
   while (true) {
     const auto left =
         std::chrono::ceil<std::chrono::duration<int, std::milli>>(deadline - std::chrono::steady_clock::now());
-    pollfd waiting{.fd = socket_.get(), .events = events, .revents = 0};
+    pollfd waiting{};
+    waiting.fd = socket_.get();
+    waiting.events = events;
     const int ready = poll(&waiting, 1, std::max(left.count(), 0));
     if (ready > 0) return true;
     if (ready == 0 || errno != EINTR) return false;

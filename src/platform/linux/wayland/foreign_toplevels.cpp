@@ -7,6 +7,7 @@
 #include <span>
 #include <vector>
 
+#include "base/filled.h"
 #include "platform/linux/told_window.h"
 #include "platform/linux/toolkit/change_calls.h"
 #include "platform/linux/toolkit/monitors.h"
@@ -42,14 +43,16 @@ class ForeignToplevels final : public WindowList {
 class ForeignToplevels::Toplevel {
  public:
   Toplevel(zwlr_foreign_toplevel_handle_v1* handle, ForeignToplevels& list) : handle_(handle), list_(list) {
-    static constexpr zwlr_foreign_toplevel_handle_v1_listener listener{.title = ignoreEvent,
-                                                                       .app_id = appId,
-                                                                       .output_enter = entered,
-                                                                       .output_leave = left,
-                                                                       .state = state,
-                                                                       .done = done,
-                                                                       .closed = closed,
-                                                                       .parent = ignoreEvent};
+    static constexpr auto listener = filled<zwlr_foreign_toplevel_handle_v1_listener>([](auto& all) {
+      all.title = ignoreEvent;
+      all.app_id = appId;
+      all.output_enter = entered;
+      all.output_leave = left;
+      all.state = state;
+      all.done = done;
+      all.closed = closed;
+      all.parent = ignoreEvent;
+    });
     zwlr_foreign_toplevel_handle_v1_add_listener(handle, &listener, this);
   }
 
@@ -114,7 +117,10 @@ class ForeignToplevels::Toplevel {
 ForeignToplevels::ForeignToplevels(zwlr_foreign_toplevel_manager_v1* manager, const Monitors& monitors,
                                    ChangeCalls& changes)
     : manager_(manager), monitors_(monitors), changes_(changes) {
-  static constexpr zwlr_foreign_toplevel_manager_v1_listener listener{.toplevel = told, .finished = finished};
+  static constexpr auto listener = filled<zwlr_foreign_toplevel_manager_v1_listener>([](auto& all) {
+    all.toplevel = told;
+    all.finished = finished;
+  });
   zwlr_foreign_toplevel_manager_v1_add_listener(manager, &listener, this);
   g_signal_connect(monitors.display(), "monitor-removed", G_CALLBACK(outputRemoved), this);
 }

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "base/filled.h"
 #include "platform/linux/told_window.h"
 #include "platform/linux/toolkit/change_calls.h"
 #include "platform/linux/toolkit/monitors.h"
@@ -60,23 +61,25 @@ class PlasmaWindows final : public WindowList {
 class PlasmaWindows::Window {
  public:
   Window(org_kde_plasma_window* handle, PlasmaWindows& list) : handle_(handle), list_(list) {
-    static constexpr org_kde_plasma_window_listener listener{.title_changed = ignoreEvent,
-                                                             .app_id_changed = ignoreEvent,
-                                                             .state_changed = stateChanged,
-                                                             .virtual_desktop_changed = ignoreEvent,
-                                                             .themed_icon_name_changed = ignoreEvent,
-                                                             .unmapped = unmapped,
-                                                             .initial_state = ignoreEvent,
-                                                             .parent_window = ignoreEvent,
-                                                             .geometry = geometry,
-                                                             .icon_changed = ignoreEvent,
-                                                             .pid_changed = pidChanged,
-                                                             .virtual_desktop_entered = entered,
-                                                             .virtual_desktop_left = left,
-                                                             .application_menu = ignoreEvent,
-                                                             .activity_entered = ignoreEvent,
-                                                             .activity_left = ignoreEvent,
-                                                             .resource_name_changed = ignoreEvent};
+    static constexpr auto listener = filled<org_kde_plasma_window_listener>([](auto& all) {
+      all.title_changed = ignoreEvent;
+      all.app_id_changed = ignoreEvent;
+      all.state_changed = stateChanged;
+      all.virtual_desktop_changed = ignoreEvent;
+      all.themed_icon_name_changed = ignoreEvent;
+      all.unmapped = unmapped;
+      all.initial_state = ignoreEvent;
+      all.parent_window = ignoreEvent;
+      all.geometry = geometry;
+      all.icon_changed = ignoreEvent;
+      all.pid_changed = pidChanged;
+      all.virtual_desktop_entered = entered;
+      all.virtual_desktop_left = left;
+      all.application_menu = ignoreEvent;
+      all.activity_entered = ignoreEvent;
+      all.activity_left = ignoreEvent;
+      all.resource_name_changed = ignoreEvent;
+    });
     org_kde_plasma_window_add_listener(handle, &listener, this);
   }
 
@@ -140,12 +143,14 @@ class PlasmaWindows::Window {
 class PlasmaWindows::Desktop {
  public:
   Desktop(org_kde_plasma_virtual_desktop* handle, ChangeCalls& calls) : handle_(handle), calls_(calls) {
-    static constexpr org_kde_plasma_virtual_desktop_listener listener{.desktop_id = ignoreEvent,
-                                                                      .name = ignoreEvent,
-                                                                      .activated = activated,
-                                                                      .deactivated = deactivated,
-                                                                      .done = ignoreEvent,
-                                                                      .removed = ignoreEvent};
+    static constexpr auto listener = filled<org_kde_plasma_virtual_desktop_listener>([](auto& all) {
+      all.desktop_id = ignoreEvent;
+      all.name = ignoreEvent;
+      all.activated = activated;
+      all.deactivated = deactivated;
+      all.done = ignoreEvent;
+      all.removed = ignoreEvent;
+    });
     org_kde_plasma_virtual_desktop_add_listener(handle, &listener, this);
   }
 
@@ -169,14 +174,20 @@ class PlasmaWindows::Desktop {
 PlasmaWindows::PlasmaWindows(Management* management, DesktopManagement* desktops, const Monitors& monitors,
                              ChangeCalls& changes)
     : monitors_(monitors), changes_(changes), management_(management), desktopManagement_(desktops) {
-  static constexpr org_kde_plasma_window_management_listener listener{.show_desktop_changed = showingDesktop,
-                                                                      .window = toldByNumber,
-                                                                      .stacking_order_changed = ignoreEvent,
-                                                                      .stacking_order_uuid_changed = ignoreEvent,
-                                                                      .window_with_uuid = toldByName};
+  static constexpr auto listener = filled<org_kde_plasma_window_management_listener>([](auto& all) {
+    all.show_desktop_changed = showingDesktop;
+    all.window = toldByNumber;
+    all.stacking_order_changed = ignoreEvent;
+    all.stacking_order_uuid_changed = ignoreEvent;
+    all.window_with_uuid = toldByName;
+  });
   org_kde_plasma_window_management_add_listener(management, &listener, this);
-  static constexpr org_kde_plasma_virtual_desktop_management_listener desktopListener{
-      .desktop_created = desktopCreated, .desktop_removed = desktopRemoved, .done = ignoreEvent, .rows = ignoreEvent};
+  static constexpr auto desktopListener = filled<org_kde_plasma_virtual_desktop_management_listener>([](auto& all) {
+    all.desktop_created = desktopCreated;
+    all.desktop_removed = desktopRemoved;
+    all.done = ignoreEvent;
+    all.rows = ignoreEvent;
+  });
   if (desktops) org_kde_plasma_virtual_desktop_management_add_listener(desktops, &desktopListener, this);
 }
 

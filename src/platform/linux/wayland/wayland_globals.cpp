@@ -10,6 +10,8 @@
 #include <cerrno>
 #include <chrono>
 
+#include "base/filled.h"
+
 namespace tavelle {
 namespace {
 
@@ -27,7 +29,9 @@ bool handleEvents(wl_display* display, Clock::time_point deadline) {
   const bool allSent = wl_display_flush(display) >= 0;
   const auto left = std::chrono::ceil<std::chrono::duration<int, std::milli>>(deadline - Clock::now()).count();
   const auto events = static_cast<short>(allSent ? POLLIN : POLLIN | POLLOUT);
-  pollfd waiting{.fd = wl_display_get_fd(display), .events = events, .revents = 0};
+  pollfd waiting{};
+  waiting.fd = wl_display_get_fd(display);
+  waiting.events = events;
   const int ready = left > 0 ? poll(&waiting, 1, left) : 0;
   if (ready <= 0) {
     wl_display_cancel_read(display);
@@ -60,15 +64,19 @@ void WlDestroy::operator()(zxdg_output_manager_v1* object) const { zxdg_output_m
 void WlDestroy::operator()(zxdg_output_v1* object) const { zxdg_output_v1_destroy(object); }
 
 WaylandGlobals::WaylandGlobals(wl_display* display) : display_(display), registry_(wl_display_get_registry(display)) {
-  static constexpr wl_registry_listener listener{.global = offered, .global_remove = withdrawn};
+  static constexpr auto listener = filled<wl_registry_listener>([](auto& all) {
+    all.global = offered;
+    all.global_remove = withdrawn;
+  });
   wl_registry_add_listener(registry_.get(), &listener, this);
   settle();
 }
 
 bool WaylandGlobals::settle() const {
   bool done = false;
-  static constexpr wl_callback_listener listener{
-      .done = [](void* flag, wl_callback* /*callback*/, std::uint32_t /*data*/) { *static_cast<bool*>(flag) = true; }};
+  static constexpr auto listener = filled<wl_callback_listener>([](auto& all) {
+    all.done = [](void* flag, wl_callback* /*callback*/, std::uint32_t /*data*/) { *static_cast<bool*>(flag) = true; };
+  });
   const WlPtr<wl_callback> callback(wl_display_sync(display_));
   wl_callback_add_listener(callback.get(), &listener, &done);
   const auto deadline = Clock::now() + patience;

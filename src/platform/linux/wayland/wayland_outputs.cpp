@@ -3,6 +3,8 @@
 #include <gdk/gdkwayland.h>
 #include <xdg-output-unstable-v1-client-protocol.h>
 
+#include "base/filled.h"
+
 namespace tavelle {
 
 class WaylandOutputs::Output {
@@ -11,11 +13,13 @@ class WaylandOutputs::Output {
       : monitors_(monitors),
         monitor_(monitor),
         handle_(zxdg_output_manager_v1_get_xdg_output(manager, gdk_wayland_monitor_get_wl_output(monitor))) {
-    static constexpr zxdg_output_v1_listener listener{.logical_position = position,
-                                                      .logical_size = size,
-                                                      .done = ignoreEvent,
-                                                      .name = name,
-                                                      .description = ignoreEvent};
+    static constexpr auto listener = filled<zxdg_output_v1_listener>([](auto& all) {
+      all.logical_position = position;
+      all.logical_size = size;
+      all.done = ignoreEvent;
+      all.name = name;
+      all.description = ignoreEvent;
+    });
     zxdg_output_v1_add_listener(handle_.get(), &listener, this);
   }
 
