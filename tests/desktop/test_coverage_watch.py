@@ -68,11 +68,26 @@ def test_pages_rest_while_windows_hide_them(playing, windows, view):
         back()
         rest.expect(1)
 
-    # A file manager's window for the desktop, which a click may raise over the wallpaper or lower below it.
+    # A file manager's window for the desktop, which a click may raise over the wallpaper. That comes back, until it
+    # has a reason to think that somebody else insists on the place.
     files = windows.open(*FIRST, _NET_WM_WINDOW_TYPE=["_NET_WM_WINDOW_TYPE_DESKTOP"])
+
+    def fight():
+        files.configure(stack_mode=X.Above)
+        view.display.sync()
+        return len(playing.found("desktop covered on screen 0")) == 3
+
+    def is_behind():
+        order = view.property(view.root, "_NET_CLIENT_LIST_STACKING")
+        return all(order.index(files.id) < order.index(each.id) for each in view.wallpapers())
+    for _ in range(3):
+        fight()
+        wait_until(is_behind, 20, "the wallpaper to come back")
+    rest.expect(1)
+    wait_until(fight, 30, "the wallpaper to give up")
     rest.expect(0, 1)
-    files.configure(stack_mode=X.Below)
-    view.display.sync()
+    playing.wait("desktop: a file manager's window")
+    windows.close(files)
     rest.expect(1)
 
     windows.open(*FIRST, _NET_WM_PID=[playing.process.pid])  # the program's own hide nothing

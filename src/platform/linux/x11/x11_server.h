@@ -27,10 +27,10 @@ class X11Server final : public DisplayServer {
  private:
   Monitors monitors_;
   const XConnection connection_;
-  X11WindowManager windowManager_{connection_, monitors_};
+  X11SharedDesktop sharedDesktop_{connection_, monitors_};
+  X11WindowManager windowManager_{connection_, monitors_, sharedDesktop_};
   GdkScreens screens_{monitors_, windowManager_};
   X11Spaces spaces_{connection_};
-  X11SharedDesktop sharedDesktop_{connection_, monitors_};
   X11WallpaperWindows windows_{monitors_, sharedDesktop_};
 };
 

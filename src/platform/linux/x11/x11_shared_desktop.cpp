@@ -50,6 +50,7 @@ class X11SharedDesktop::Watch {
   Watch& operator=(const Watch&) = delete;
   ~Watch();
 
+  bool isPuttingRight() const { return moves_ > 0 && moves_ < mostMoves; }
   void add(xcb_window_t wallpaper);
   void remove(xcb_window_t wallpaper) { wallpapers_.erase(wallpaper); }
 
@@ -88,7 +89,7 @@ class X11SharedDesktop::Watch {
   std::map<xcb_window_t, bool> wallpapers_;
   std::map<xcb_window_t, Desktop> desktops_;
   bool isListStale_ = true;
-  bool isOrderStale_ = true;
+  bool isOrderStale_ = false;
   /// Whether an opaque window for the desktop lies above a wallpaper.
   bool isHidden_ = false;
   int moves_ = 0;
@@ -136,6 +137,8 @@ gboolean X11SharedDesktop::Watch::readable(int /*descriptor*/, GIOCondition /*co
 /// Takes all events there are. Whether more can come.
 bool X11SharedDesktop::Watch::drain() {
   while (const AllocatedPtr<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) take(*event);
+  // At once: until then the user looks at a desktop without the wallpaper.
+  if (std::exchange(isOrderStale_, false)) keepOrder();
   return connection_.isAlive();
 }
 
@@ -180,8 +183,10 @@ void X11SharedDesktop::Watch::lookSoon() {
 void X11SharedDesktop::Watch::look() {
   looking_.reset();
   bool changed = std::exchange(isListStale_, false);
-  if (changed) findDesktops();
-  if (std::exchange(isOrderStale_, false) || changed) keepOrder();
+  if (changed) {
+    findDesktops();
+    keepOrder();
+  }
   const auto picture = windows_.picture();
   for (auto& [window, desktop] : desktops_) changed = (desktop.icons && desktop.icons->look(picture)) || changed;
   if (changed) {
@@ -236,6 +241,7 @@ void X11SharedDesktop::Watch::keepOrder() {
     }
   }
   if (stacking.showsThrough) haveSorted(order);
+  xcb_flush(connection_.get());
 }
 
 void X11SharedDesktop::Watch::haveSorted(std::vector<xcb_window_t> order) {
@@ -329,6 +335,8 @@ Registration X11SharedDesktop::onTrouble(std::function<void(const std::string&)>
   tell_ = std::move(tell);
   return Registration([this] { tell_ = nullptr; });
 }
+
+bool X11SharedDesktop::isPuttingRight() const { return watch_ && watch_->isPuttingRight(); }
 
 Registration X11SharedDesktop::share(xcb_window_t wallpaper) {
   if (!watch_) watch_ = std::make_shared<Watch>(*this, server_);

@@ -23,6 +23,8 @@ class X11SharedDesktop final : public SharedDesktop {
 
   /// How wallpapers are to be asked for under the window manager that runs now.
   Stacking stacking() const { return stackingOf(monitors_.display()); }
+  /// Whether wallpapers have just been asked back to their place, so that what lies above them now is about to change.
+  bool isPuttingRight() const;
   /// Looks after this window of the program's, until the handle is dropped or this dies.
   Registration share(xcb_window_t wallpaper);
 

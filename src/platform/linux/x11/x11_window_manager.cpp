@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "platform/linux/x11/property_watch.h"
+#include "platform/linux/x11/x11_shared_desktop.h"
 #include "platform/linux/x11/x11_wallpaper_window.h"
 
 namespace tavelle {
@@ -198,9 +199,11 @@ class X11WindowManager::WindowRequest {
   PropertyRequest shadow_;
 };
 
-X11WindowManager::X11WindowManager(const XConnection& connection, const Monitors& monitors)
+X11WindowManager::X11WindowManager(const XConnection& connection, const Monitors& monitors,
+                                   const X11SharedDesktop& sharedDesktop)
     : connection_(connection),
       monitors_(monitors),
+      sharedDesktop_(sharedDesktop),
       panels_(connection, monitors),
       atoms_(internAtoms(connection, atomNames)) {}
 
@@ -236,7 +239,8 @@ std::optional<std::vector<WindowDescription>> X11WindowManager::onScreen() const
         if (!hidden.isEmpty()) onScreen.push_back({.layer = ordinaryLayer, .owner = {}, .alpha = {}, .bounds = hidden});
       }
     } else if (part == WindowRequest::Part::desktop) {
-      if (window.bounds && !(hasAlpha && composited)) desktops.push_back(*window.bounds);
+      if (window.bounds && !(hasAlpha && composited) && !sharedDesktop_.isPuttingRight())
+        desktops.push_back(*window.bounds);
     } else if (part == furniture || !sweptAway) {
       onScreen.push_back(window);
     }
