@@ -77,7 +77,7 @@ class WebViews {
 
   enum class Kind {
     wallpaper,
-    /// A page of the program's own that the user reads. Until it draws, what lies behind the view shows through. It
+    /// A page of the program's own that the user reads. Until it draws, it has the colour of the desktop's windows. It
     /// can't go to another page: a link to the web that the user follows opens in the desktop's browser.
     document,
   };

@@ -87,7 +87,8 @@ TEST(PlistGuard, RefusesWhatWouldHarmAndNothingElse) {
            {"closed behind a sign in declarations", deep("<array><!DOCTYPE a [ > </array> ]>", "</array>"), false},
            {"closed behind a sign in an instruction", deep("<array><?x > </array> ?>", "</array>"), false},
            {"closed in a text", deep("<array><string><![CDATA[></array>]]></string>", "</array>"), false},
-           {"usual head", "<!DOCTYPE plist PUBLIC \"-//A//B\" \"http://a/b.dtd\">" + array(""), true},
+           {"usual head", "<?xml version=\"1.0\"?><!DOCTYPE plist PUBLIC \"-//A//B\" \"http://a/b.dtd\">" + array(""),
+            true},
            {"endless names of characters", xml("<string>" + repeated("&amp;", 1'000'000) + "</string>"), false},
            {"zero in XML", xml("<string>a\0b</string>"s), false},
            {"no UTF-8", xml("<string>\xE0z</string>"), false}}) {

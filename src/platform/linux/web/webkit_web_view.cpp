@@ -25,7 +25,12 @@ GObjectPtr<WebKitWebView> makeView(WebKitWebContext* context, WebKitSettings* se
                                                 "settings", settings,             //
                                                 "user-content-manager", content,  //
                                                 "website-policies", policies.get(), nullptr)));
-  const GdkRGBA background{0, 0, 0, kind == WebViews::Kind::wallpaper ? 1.0 : 0.0};
+  // Opaque in any case: on a transparent one the engine draws only what changes after the first time (WebKitGTK 2.54).
+  GdkRGBA background{0, 0, 0, 1};
+  if (kind == WebViews::Kind::document) {
+    gtk_style_context_lookup_color(gtk_widget_get_style_context(GTK_WIDGET(view.get())), "theme_bg_color", &background);
+    background.alpha = 1;
+  }
   webkit_web_view_set_background_color(view.get(), &background);
   return view;
 }
