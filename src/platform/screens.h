@@ -27,7 +27,8 @@ class Screens {
  public:
   virtual ~Screens() = default;
 
-  /// The monitors as they are now, the main one first. Empty when there is no display.
+  /// The monitors as they are now: the main one first, the others from left to right, and from the top down where they
+  /// lie above each other. Empty when there is no display.
   virtual std::vector<Screen> list() const = 0;
 
   /// Calls `changed` on the main loop after anything about the monitors may have changed: number, place, size. It may

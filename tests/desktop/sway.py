@@ -10,6 +10,8 @@ CONFIGURATION = """
 default_border none
 output {0}-1 resolution 1280x720 position 0 0
 output {0}-2 resolution 1280x720 position 1280 0
+workspace 1 output {0}-1
+workspace 2 output {0}-2
 bar panel {{
   output {0}-1
   position top

@@ -78,6 +78,11 @@ class Corner:
 def test_icons_stay_in_sight_and_in_use(desktop, tavelle, view):
     corner = Corner(view)
     tavelle.play(color_page("#008000"))
+    if view.property(view.root, "_XROOTPMAP_ID") == [0]:
+        # Since its version 4.20 this file manager keeps the picture to itself.
+        tavelle.wait("desktop: the desktop's icons are hidden behind the wallpaper")
+        view.wait_for(GREEN, CORNER)
+        return
     corner.wait_for_page(GREEN)
     view.wait_for(GREEN, (1280, 0, 1280, 720))
     tavelle.add("Next", color_page("#ffff00"))

@@ -3,6 +3,7 @@
 #include <gdk/gdkwayland.h>
 
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 namespace tavelle {
@@ -35,6 +36,12 @@ std::vector<GdkMonitor*> Monitors::all() const {
   std::vector<GdkMonitor*> all;
   all.reserve(static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i) all.push_back(gdk_display_get_monitor(display_, i));
+  // Display servers tell of them in whatever order they have them.
+  std::stable_sort(all.begin(), all.end(), [this](GdkMonitor* one, GdkMonitor* other) {
+    const Rect a = placeOf(one);
+    const Rect b = placeOf(other);
+    return std::tie(a.x, a.y) < std::tie(b.x, b.y);
+  });
   std::stable_partition(all.begin(), all.end(), [this](GdkMonitor* each) {
     const Rect place = placeOf(each);
     return place.x == 0 && place.y == 0;

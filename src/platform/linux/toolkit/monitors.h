@@ -49,8 +49,9 @@ class Monitors {
 
   GdkDisplay* display() const { return display_; }
 
-  /// The main one first. Where none of them is the main one by the display server's word, as on Wayland, it is the one
-  /// at the layout's origin, else GDK's first.
+  /// The main one first, the others from left to right, and from the top down where they lie above each other. Where
+  /// none of them is the main one by the display server's word, as on Wayland, it is the one at the layout's origin,
+  /// else the leftmost.
   std::vector<GdkMonitor*> all() const;
   /// Calls `changed` on the main loop after anything about the monitors may have changed, and once to begin with.
   Registration onChange(std::function<void()> changed);

@@ -175,6 +175,7 @@ void WebKitView::loadIsolated(const Result<WebKitUserContentFilter*>& filter) {
   webkit_user_content_manager_remove_all_filters(content_.get());
   webkit_user_content_manager_add_filter(content_.get(), *filter);
   isBlank_ = false;
+  hasPage_ = false;
   webkit_web_view_load_uri(view_.get(), fileUri(page_).c_str());
 }
 
@@ -219,12 +220,15 @@ void WebKitView::setUserScripts(const std::vector<std::string>& scripts) {
 
 void WebKitView::loadChanged(WebKitLoadEvent event) {
   if (event == WEBKIT_LOAD_STARTED) loadFailed_ = false;
+  if (event == WEBKIT_LOAD_COMMITTED) hasPage_ = !isBlank_;
   if (event == WEBKIT_LOAD_FINISHED && !loadFailed_ && !preparation_ && !isBlank_) delegate_.webViewDidFinish(*this);
 }
 
 void WebKitView::loadFailed(const GError* error) {
   loadFailed_ = true;
   if (preparation_ || isBlank_ || g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED)) return;
+  // A page that was kept from leaving stays; later engines tell of it (WebKitGTK 2.54).
+  if (hasPage_ && error->domain == WEBKIT_POLICY_ERROR) return;
   fail(Error{escapedUtf8(error->message)});
 }
 

@@ -54,6 +54,8 @@ class WebKitView final : public WebWidget {
   bool loadFailed_ = false;
   /// Whether nothing is shown in the place of a page that could not be loaded.
   bool isBlank_ = false;
+  /// Whether the page that is to be shown has come so far that it is.
+  bool hasPage_ = false;
   /// Cancels the preparation of the next load; while there is one, what the page before does is of no interest.
   GObjectPtr<GCancellable> preparation_;
   /// Dies with the view, so that answers that come later know.
