@@ -139,6 +139,6 @@ def test_outputs_come_and_go(desktop, tavelle, view):
     wait_for(view, (0, 0, BLUE), (1023, 719, BLUE))
     assert not tavelle.found("page: 0x0")
     # Not for a moment on another output: the compositor is never left the choice.
-    outputs = re.findall(r'get_layer_surface\(.*, (\S+), 0, "tavelle-wallpaper"',
+    outputs = re.findall(r'get_layer_surface\(.*, (\S+), 0, "desktop"',
                          (tavelle.home / "stderr.txt").read_text())
     assert len(outputs) >= 6 and "nil" not in outputs

@@ -16,7 +16,8 @@ class LayerWallpaperWindow final : public WallpaperWindow {
   LayerWallpaperWindow(Screen screen, Monitors& monitors)
       : screen_(std::move(screen)), monitors_(monitors), monitorsChanged_(monitors.onChange([this] { appear(); })) {
     gtk_layer_init_for_window(window_.gobj());
-    gtk_layer_set_namespace(window_.gobj(), "tavelle-wallpaper");
+    // By this name KWin knows that it is no ordinary window, for its overview and while it shows the desktop.
+    gtk_layer_set_namespace(window_.gobj(), "desktop");
     gtk_layer_set_layer(window_.gobj(), GTK_LAYER_SHELL_LAYER_BACKGROUND);
     for (const auto edge : {GTK_LAYER_SHELL_EDGE_LEFT, GTK_LAYER_SHELL_EDGE_RIGHT, GTK_LAYER_SHELL_EDGE_TOP,
                             GTK_LAYER_SHELL_EDGE_BOTTOM}) {

@@ -23,6 +23,15 @@ constexpr std::uint32_t leastVersion = 8;
 
 bool has(std::uint32_t flags, std::uint32_t flag) { return (flags & flag) != 0; }
 
+/// Whether it is one of the shell's own windows, such as its desktop, which covers everything. Plasma 5.27 has these in
+/// the switcher, other than later ones.
+bool isFurniture(std::uint32_t flags) {
+  constexpr std::uint32_t handled = ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_CLOSEABLE |
+                                    ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_MOVABLE |
+                                    ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_RESIZABLE;
+  return has(flags, ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_SKIPTASKBAR) && !has(flags, handled);
+}
+
 class PlasmaWindows final : public WindowList {
  public:
   /// Takes over both; `desktops` may be null, and then windows of all virtual desktops count.
@@ -96,9 +105,7 @@ class PlasmaWindows::Window {
       told.minimized = has(flags, ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_MINIMIZED);
       told.maximized = has(flags, ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_MAXIMIZED);
       told.fullscreen = has(flags, ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_FULLSCREEN);
-      // The shell's own windows, the desktop's among them, which covers everything.
-      told.furniture = has(flags, ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_SKIPTASKBAR) &&
-                       has(flags, ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_SKIPSWITCHER);
+      told.furniture = isFurniture(flags);
     });
   }
   static void geometry(void* self, Handle* /*handle*/, std::int32_t x, std::int32_t y, std::uint32_t width,
