@@ -20,8 +20,11 @@ constexpr std::size_t mostAreas = 32;
 std::vector<Rect> strips(const Rect& area) {
   const double most = std::max(1.0, std::floor(static_cast<double>(ScreenImages::mostPixels) / area.width));
   std::vector<Rect> found;
-  for (double y = area.y; y < area.maxY(); y += most) {
-    found.push_back({area.x, y, area.width, std::min(most, area.maxY() - y)});
+  Rect rest = area;
+  while (!rest.isEmpty()) {
+    const double height = std::min(most, rest.height);
+    found.push_back({rest.x, rest.y, rest.width, height});
+    rest = {rest.x, rest.y + height, rest.width, rest.height - height};
   }
   return found;
 }

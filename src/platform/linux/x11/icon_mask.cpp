@@ -1,6 +1,7 @@
 #include "platform/linux/x11/icon_mask.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace tavelle {
@@ -18,10 +19,9 @@ int channel(std::uint32_t pixel, int shift) { return static_cast<int>(pixel >> s
 
 bool differ(std::uint32_t a, std::uint32_t b) {
   if (((a ^ b) & 0xFFFFFFU) == 0) return false;
-  for (const int shift : {0, 8, 16}) {
-    if (std::abs(channel(a, shift) - channel(b, shift)) > sameColor) return true;
-  }
-  return false;
+  constexpr std::array shifts{0, 8, 16};
+  return std::any_of(shifts.begin(), shifts.end(),
+                     [&](int shift) { return std::abs(channel(a, shift) - channel(b, shift)) > sameColor; });
 }
 
 }  // namespace

@@ -21,17 +21,14 @@
 namespace tavelle {
 namespace {
 
-using std::chrono_literals::operator""ms;
-using std::chrono_literals::operator""s;
-
 /// What changes together is looked at together: a file manager draws an icon in several steps.
-constexpr std::chrono::milliseconds settlingTime = 20ms;
+constexpr std::chrono::milliseconds settlingTime{20};
 /// Troubles that pass sooner, as at the start of a session, are none.
-constexpr std::chrono::milliseconds patience = 10s;
+constexpr std::chrono::seconds patience{10};
 /// A user's clicks have a wallpaper brought back to its place a few times a second; more is a program that fights for
 /// the same place.
 constexpr int mostMoves = 30;
-constexpr std::chrono::milliseconds mostMovesIn = 3s;
+constexpr std::chrono::seconds mostMovesIn{3};
 
 constexpr std::array<std::string_view, 1> restackName{"_NET_RESTACK_WINDOW"};
 constexpr std::uint8_t sentEvent = 0x80;
@@ -127,10 +124,10 @@ void X11SharedDesktop::Watch::add(xcb_window_t wallpaper) {
   lookSoon();
 }
 
-gboolean X11SharedDesktop::Watch::readable(int /*descriptor*/, GIOCondition /*condition*/, gpointer data) {
-  auto* const self = static_cast<Watch*>(data);
-  if (self->drain()) return G_SOURCE_CONTINUE;
-  self->source_ = 0;
+gboolean X11SharedDesktop::Watch::readable(int /*descriptor*/, GIOCondition /*condition*/, gpointer self) {
+  auto* const watch = static_cast<Watch*>(self);
+  if (watch->drain()) return G_SOURCE_CONTINUE;
+  watch->source_ = 0;
   return G_SOURCE_REMOVE;
 }
 

@@ -15,7 +15,11 @@ namespace {
 class X11WallpaperWindow final : public WallpaperWindow {
  public:
   X11WallpaperWindow(const Screen& screen, const Monitors& monitors, X11SharedDesktop& desktop)
-      : display_(monitors.display()), place_(gdkPlace(screen, monitors)), desktop_(desktop) {
+      : display_(monitors.display()),
+        place_(gdkPlace(screen, monitors)),
+        desktop_(desktop),
+        managerChanged_(g_signal_connect_swapped(gdk_display_get_default_screen(display_), "window-manager-changed",
+                                                 G_CALLBACK(followManager), this)) {
     gtk_window_set_type_hint(window_.gobj(), desktop.stacking().type);
     window_.set_skip_taskbar_hint(true);
     window_.set_skip_pager_hint(true);
@@ -31,8 +35,6 @@ class X11WallpaperWindow final : public WallpaperWindow {
       window_.letClicksThrough();
       return false;
     });
-    managerChanged_ = g_signal_connect_swapped(gdk_display_get_default_screen(display_), "window-manager-changed",
-                                               G_CALLBACK(followManager), this);
     gtk_widget_realize(GTK_WIDGET(window_.gobj()));
     shared_ = desktop.share(static_cast<xcb_window_t>(gdk_x11_window_get_xid(window_.get_window()->gobj())));
   }
@@ -103,8 +105,8 @@ class X11WallpaperWindow final : public WallpaperWindow {
   GdkDisplay* const display_;
   const GdkRectangle place_;
   X11SharedDesktop& desktop_;
+  const gulong managerChanged_;
   WallpaperSurface window_;
-  gulong managerChanged_ = 0;
   Registration shared_;
 };
 
