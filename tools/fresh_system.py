@@ -8,6 +8,7 @@ import shutil
 import subprocess
 import sys
 
+TOOLS = pathlib.Path(__file__).resolve().parent
 USER = 1000
 SUITE = platform.freedesktop_os_release()["VERSION_CODENAME"]
 # Where others keep their own account of what was installed when.
@@ -43,10 +44,11 @@ class System:
         self.home = root / "home/user"
         self.display = {}
 
-    def make(self):
+    def make(self, in_memory=True):
+        """Makes it, in memory where that is wished and there is plenty: package managers wait for the disk after each
+        file. And enters it."""
         self.root.mkdir()
-        # In memory where there is plenty: package managers wait for the disk after each file.
-        if os.sysconf("SC_AVPHYS_PAGES") * os.sysconf("SC_PAGE_SIZE") > 6 << 30:
+        if in_memory and os.sysconf("SC_AVPHYS_PAGES") * os.sysconf("SC_PAGE_SIZE") > 6 << 30:
             run("mount", "-t", "tmpfs", "-o", "mode=755,size=4g", "tavelle", self.root)
         sources = run("apt-get", "indextargets", "--format", "deb $(SITE) $(RELEASE) $(COMPONENT)",
                       "Created-By: Packages", "Origin: Debian").splitlines()
@@ -54,15 +56,20 @@ class System:
         require(sources, "apt knows of no Debian mirror; has apt-get update been run?")
         run("mmdebstrap", "--mode=root", "--variant=minbase", "--skip=cleanup/apt/lists",
             "--dpkgopt=force-unsafe-io", self.suite, self.root, *sources)
-        for folder in ("proc", "sys", "dev"):
-            run("mount", "--rbind", f"/{folder}", self.root / folder)
-        shutil.copy("/etc/resolv.conf", self.root / "etc/resolv.conf")
         # No service is to start here.
         policy = self.root / "usr/sbin/policy-rc.d"
         policy.write_text("#!/bin/sh\nexit 101\n")
         policy.chmod(0o755)
+        self.enter()
         self.as_root("useradd", "--uid", USER, "--create-home", "user")
+
+    def enter(self):
+        """Makes one that was made before ready for use."""
+        for folder in ("proc", "sys", "dev"):
+            run("mount", "--rbind", f"/{folder}", self.root / folder)
+        shutil.copy("/etc/resolv.conf", self.root / "etc/resolv.conf")
         runtime = self.root / "run/user" / str(USER)
+        shutil.rmtree(runtime, ignore_errors=True)
         runtime.mkdir(parents=True, mode=0o700)
         os.chown(runtime, USER, USER)
 
@@ -103,6 +110,17 @@ class System:
             if each == self.home:
                 break
             os.chown(each, USER, USER)
+
+
+def make_package(suite, folder):
+    """Makes a package of this tree on that release and gives its path; it lies in the folder, when the release is not
+    the one that this runs on."""
+    if suite == SUITE:
+        made = subprocess.run([TOOLS / "make-package"], stdout=subprocess.PIPE, text=True, check=True)
+        return made.stdout.rstrip("\n")
+    there = "tools/install-deps build && cmake --preset release -DTAVELLE_WERROR=ON && mv $(tools/make-package) /bring"
+    subprocess.run([TOOLS / "on-debian", "--bring", folder, suite, "sh", "-c", there], check=True)
+    return next(pathlib.Path(folder).glob("*.deb"))
 
 
 def in_own_spaces(program, *arguments, seconds):

@@ -9,12 +9,15 @@
 namespace tavelle {
 namespace {
 
-constexpr Stacking usual{.type = GDK_WINDOW_TYPE_HINT_DESKTOP, .canRaise = true, .showsThrough = false};
+using enum Stacking::BesideAlpha;
 
-constexpr std::array<std::pair<std::string_view, Stacking>, 2> others{{
+constexpr Stacking usual{.type = GDK_WINDOW_TYPE_HINT_DESKTOP, .canRaise = true, .besideAlpha = anywhere};
+
+constexpr std::array<std::pair<std::string_view, Stacking>, 3> others{{
+    {"KWin", {.type = GDK_WINDOW_TYPE_HINT_DESKTOP, .canRaise = true, .besideAlpha = above}},
     // A click raises MATE's file manager above all other windows for the desktop; only docks stay in front of it.
-    {"Metacity (Marco)", {.type = GDK_WINDOW_TYPE_HINT_DOCK, .canRaise = false, .showsThrough = false}},
-    {"Mutter (Muffin)", {.type = GDK_WINDOW_TYPE_HINT_DESKTOP, .canRaise = false, .showsThrough = true}},
+    {"Metacity (Marco)", {.type = GDK_WINDOW_TYPE_HINT_DOCK, .canRaise = false, .besideAlpha = anywhere}},
+    {"Mutter (Muffin)", {.type = GDK_WINDOW_TYPE_HINT_DESKTOP, .canRaise = false, .besideAlpha = below}},
 }};
 
 }  // namespace

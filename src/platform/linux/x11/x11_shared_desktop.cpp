@@ -66,6 +66,7 @@ class X11SharedDesktop::Watch {
   void look();
   void findDesktops();
   Desktop watched(xcb_window_t window, const DesktopWindow& desktop);
+  bool belongsBelow(const DesktopWindow& desktop) const;
   void keepOrder();
   bool mayMove();
   void putAbove(xcb_window_t wallpaper);
@@ -87,7 +88,7 @@ class X11SharedDesktop::Watch {
   std::map<xcb_window_t, Desktop> desktops_;
   bool isListStale_ = true;
   bool isOrderStale_ = false;
-  /// Whether an opaque window for the desktop lies above a wallpaper.
+  /// Whether a window for the desktop that belongs below wallpapers lies above one.
   bool isHidden_ = false;
   int moves_ = 0;
   /// Wallpapers and windows for the desktop as they lay when the manager was last made to sort them.
@@ -215,29 +216,35 @@ X11SharedDesktop::Watch::Desktop X11SharedDesktop::Watch::watched(xcb_window_t w
   return {desktop, std::move(icons)};
 }
 
+/// Whether the window for the desktop belongs below wallpapers.
+bool X11SharedDesktop::Watch::belongsBelow(const DesktopWindow& desktop) const {
+  return desktop.isOpaque || owner_.stacking().besideAlpha == Stacking::BesideAlpha::above;
+}
+
 /// Puts the wallpapers above opaque windows for the desktop and below those that show through.
 void X11SharedDesktop::Watch::keepOrder() {
   isHidden_ = false;
   if (desktops_.empty()) return;
   const Stacking stacking = owner_.stacking();
+  const bool showsThrough = stacking.besideAlpha == Stacking::BesideAlpha::below;
   // From the lowest on: which windows for the desktop lie above a wallpaper, and which below it?
   const auto order = windows_.stacking();
   for (const auto& [wallpaper, isCut] : wallpapers_) {
     const auto own = std::find(order.begin(), order.end(), wallpaper);
     if (own == order.end()) continue;
-    const auto opaque = [&](xcb_window_t window) {
+    const auto lower = [&](xcb_window_t window) {
       const auto found = desktops_.find(window);
-      return found != desktops_.end() && found->second.window.isOpaque;
+      return found != desktops_.end() && belongsBelow(found->second.window);
     };
-    const auto transparent = [&](xcb_window_t window) { return desktops_.contains(window) && !opaque(window); };
-    if (std::any_of(own, order.end(), opaque)) {
+    const auto higher = [&](xcb_window_t window) { return desktops_.contains(window) && !lower(window); };
+    if (std::any_of(own, order.end(), lower)) {
       isHidden_ = true;
       if (stacking.canRaise && mayMove()) putAbove(wallpaper);
-    } else if (stacking.showsThrough && std::any_of(order.begin(), own, transparent) && mayMove()) {
+    } else if (showsThrough && std::any_of(order.begin(), own, higher) && mayMove()) {
       putBelow(wallpaper);
     }
   }
-  if (stacking.showsThrough) haveSorted(order);
+  if (showsThrough) haveSorted(order);
   xcb_flush(connection_.get());
 }
 
@@ -305,10 +312,12 @@ std::optional<std::string> X11SharedDesktop::Watch::trouble() const {
     return "a file manager's window for the desktop lies above the wallpaper, which rests meanwhile; the wallpaper is "
            "seen when that program shows no desktop";
   }
-  if (std::any_of(desktops_.begin(), desktops_.end(),
-                  [](const auto& each) { return each.second.icons && !each.second.icons->isKnown(); })) {
-    return "the desktop's icons are hidden behind the wallpaper, since the file manager tells of no picture without "
-           "them; they are seen again after Quit";
+  if (std::any_of(desktops_.begin(), desktops_.end(), [this](const auto& each) {
+        const auto& [window, icons] = each.second;
+        return belongsBelow(window) && !(icons && icons->isKnown());
+      })) {
+    return "the desktop's icons are hidden behind the wallpaper, since nobody tells of the picture without them; they "
+           "are seen again after Quit";
   }
   return std::nullopt;
 }
