@@ -6,42 +6,71 @@ import pytest
 from session import VirtualDesktop, XView, color_page, end, wait_until
 
 # The corner where the icons are; within it one that is there from the beginning, and the bare desktop.
-CORNER, ICON, BARE = (0, 0, 240, 720), (32, 24), (200, 600)
+CORNER, ICON, BARE = (0, 0, 240, 720), (75, 50), (200, 600)
 GREEN, YELLOW = 0x008000, 0xFFFF00
+# What the pixels of the frame are at most that shows which icon has the keyboard.
+FRAME = 400
 
 
-class XfceDesktop(VirtualDesktop):
-    def __init__(self, compositing):
+class FileManagerDesktop(VirtualDesktop):
+    """Two monitors, a window manager and a file manager with one icon at least, over a picture of one colour."""
+
+    name = file_manager = None
+
+    def __init__(self):
         super().__init__(monitors=2)
-        self._compositing = compositing
-        self._file_manager = None
+        self._running = None
 
     def _start_window_manager(self):
         home = self.folder / "home"
         (home / "Desktop/Projects").mkdir(parents=True)
-        self.environment |= {"HOME": str(home), "XDG_CURRENT_DESKTOP": "XFCE"}
+        self.environment |= {"HOME": str(home), "XDG_CURRENT_DESKTOP": self.name, "GSETTINGS_BACKEND": "keyfile"}
+        self._start_desktop()
+        self.start_file_manager()
+
+    def _start_desktop(self):
+        raise NotImplementedError
+
+    def start_file_manager(self):
+        self._running = self.start(self.file_manager)
+
+    def restart_file_manager(self):
+        end(self._running)
+        self.start_file_manager()
+
+
+class XfceDesktop(FileManagerDesktop):
+    name, file_manager = "XFCE", ["xfdesktop", "--disable-wm-check"]
+
+    def __init__(self, compositing):
+        super().__init__()
+        self._compositing = compositing
+
+    def _start_desktop(self):
         service = configparser.RawConfigParser()
         service.read("/usr/share/dbus-1/services/org.xfce.Xfconf.service")
         self.start(service["D-BUS Service"]["Exec"].split())
         self.run("gdbus", "wait", "--session", "--timeout", "30", "org.xfce.Xfconf")
-        for monitor in ("DUMMY0", "DUMMY1"):  # one colour
+        for monitor in ("DUMMY0", "DUMMY1"):
             for name in ("color-style", "image-style"):
                 self.run("xfconf-query", "--channel", "xfce4-desktop", "--create", "--type", "int", "--set", "0",
                          "--property", f"/backdrop/screen0/monitor{monitor}/workspace0/{name}")
         self.start(["xfwm4", f"--compositor={self._compositing}"])
-        self.start_file_manager()
-
-    def start_file_manager(self):
-        self._file_manager = self.start(["xfdesktop", "--disable-wm-check"])
-
-    def restart_file_manager(self):
-        end(self._file_manager)
-        self.start_file_manager()
 
 
-@pytest.fixture(scope="module", name="desktop", params=["on", "off"], ids=["composited", "not composited"])
+class MateDesktop(FileManagerDesktop):
+    name, file_manager = "MATE", ["caja", "--force-desktop", "--no-default-window"]
+
+    def _start_desktop(self):
+        for key, value in (("picture-filename", ""), ("color-shading-type", "solid")):
+            self.run("gsettings", "set", "org.mate.background", key, value)
+        self.start(["marco", "--no-composite"])
+
+
+@pytest.fixture(scope="module", name="desktop", ids=["Xfce", "Xfce, not composited", "MATE"],
+                params=[lambda: XfceDesktop("on"), lambda: XfceDesktop("off"), MateDesktop])
 def fixture_desktop(request):
-    with XfceDesktop(request.param) as desktop:
+    with request.param() as desktop:
         yield desktop
 
 
@@ -70,7 +99,7 @@ class Corner:
     def wait_for_page(self, color):
         def looks_right():
             seen = self.other_than(color)
-            return len(self.icons) <= len(seen) <= self.drawn and set(self.icons) <= set(seen)
+            return len(self.icons) <= len(seen) <= self.drawn + FRAME and set(self.icons) <= set(seen)
         wait_until(looks_right, 30, lambda: f"{len(self.icons)} pixels of icons on {color:06x}; "
                                             f"there are {len(self.other_than(color))} that are not the page's")
 
@@ -104,7 +133,7 @@ def test_icons_stay_in_sight_and_in_use(desktop, tavelle, view):
     corner.wait_for_page(YELLOW)
     # An icon more comes up, and goes.
     (desktop.folder / "home/Desktop/More").mkdir()
-    wait_until(lambda: len(corner.other_than(YELLOW)) > corner.drawn + 500, 20, "more icons")
+    wait_until(lambda: len(corner.other_than(YELLOW)) > corner.drawn + 2 * FRAME, 20, "more icons")
     (desktop.folder / "home/Desktop/More").rmdir()
     corner.wait_for_page(YELLOW)
     tavelle.stop()

@@ -82,7 +82,7 @@ bool IconCutout::look(std::optional<xcb_pixmap_t> picture) {
 /// Whether anything is different from what was seen there before; none when it can't be told.
 std::optional<bool> IconCutout::compare(const Rect& strip, xcb_pixmap_t picture) {
   const auto shown = images_.read(0, window_, strip);
-  const auto plain = images_.read(1, picture, {place_.x + strip.x, place_.y + strip.y, strip.width, strip.height});
+  const auto plain = images_.readTiled(1, picture, {place_.x + strip.x, place_.y + strip.y, strip.width, strip.height});
   if (!shown || !plain) return std::nullopt;
   return icons_.compare(strip, *shown, *plain);
 }

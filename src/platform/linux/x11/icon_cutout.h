@@ -24,7 +24,7 @@ class IconCutout {
   /// Remembers that something in this area, in the window's pixels, may have changed.
   void hasChanged(const Rect& area);
   void allHasChanged();
-  /// Looks at what may have changed. `picture` is the plain one, as large as the root window. Whether wallpapers are to
+  /// Looks at what may have changed. `picture` is the plain one, which fills the root window. Whether wallpapers are to
   /// be cut anew. Blocks for the server's answers.
   bool look(std::optional<xcb_pixmap_t> picture);
 

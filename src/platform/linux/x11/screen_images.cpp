@@ -53,4 +53,21 @@ std::optional<std::span<const std::uint32_t>> ScreenImages::read(std::size_t roo
   return std::span<const std::uint32_t>(pixels_ + start, pixels);
 }
 
+std::optional<std::span<const std::uint32_t>> ScreenImages::readTiled(std::size_t room, xcb_drawable_t from,
+                                                                      const Rect& area) {
+  const auto size = GeometryRequest(connection_, xcb_get_geometry(connection_.get(), from)).read();
+  if (!size) return std::nullopt;
+  if (area.maxX() <= size->width && area.maxY() <= size->height) return read(room, from, area);
+  const auto tile = read(room, from, {0, 0, static_cast<double>(size->width), static_cast<double>(size->height)});
+  if (!tile) return std::nullopt;
+  const auto left = static_cast<std::size_t>(area.x);
+  const auto right = static_cast<std::size_t>(area.maxX());
+  tiled_.clear();
+  for (auto y = static_cast<std::size_t>(area.y); y < static_cast<std::size_t>(area.maxY()); ++y) {
+    const auto row = tile->subspan(y % size->height * size->width, size->width);
+    for (std::size_t x = left; x < right; ++x) tiled_.push_back(row[x % size->width]);
+  }
+  return tiled_;
+}
+
 }  // namespace tavelle
