@@ -48,8 +48,9 @@ class System:
         """Makes it, in memory where that is wished and there is plenty: package managers wait for the disk after each
         file. And enters it."""
         self.root.mkdir()
-        if in_memory and os.sysconf("SC_AVPHYS_PAGES") * os.sysconf("SC_PAGE_SIZE") > 6 << 30:
-            run("mount", "-t", "tmpfs", "-o", "mode=755,size=4g", "tavelle", self.root)
+        free = os.sysconf("SC_AVPHYS_PAGES") * os.sysconf("SC_PAGE_SIZE")
+        if in_memory and free > 6 << 30:
+            run("mount", "-t", "tmpfs", "-o", f"mode=755,size={free // 4 * 3}", "tavelle", self.root)
         sources = run("apt-get", "indextargets", "--format", "deb $(SITE) $(RELEASE) $(COMPONENT)",
                       "Created-By: Packages", "Origin: Debian").splitlines()
         sources = sorted({each.replace(f" {SUITE}", f" {self.suite}") for each in sources})
