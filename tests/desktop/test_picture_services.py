@@ -1,11 +1,13 @@
 """The still picture on desktops that have a service for it: Xfce's settings, Plasma's shell."""
 
 import configparser
+import pathlib
 import subprocess
 import time
 import urllib.parse
 
 import pytest
+from bus_service import BusService
 from gi.repository import GLib
 from plasma_stand_in import PlasmaShell
 from session import PICTURE_PROBE, end, wait_until
@@ -95,6 +97,40 @@ def test_xfce_tells_the_picture_in_sight(tavelle, windows, xfconf, image):
         assert (shown != seen[-1], shown is None) == (changes, False), name
         seen.append(shown)
     assert tavelle.pictures("DUMMY1", image, **XFCE) == names
+
+
+class FileManager(BusService):
+    """LXQt's."""
+
+    def __init__(self, tavelle):
+        super().__init__(tavelle.desktop, "org.pcmanfm.PCManFM", """<interface name="org.pcmanfm.Application">
+            <method name="setWallpaper"><arg type="s" direction="in"/><arg type="s" direction="in"/></method>
+            </interface>""", "/Application")
+        self.settings = tavelle.home / ".config/pcmanfm-qt/lxqt/settings.conf"
+
+    def called(self, arguments, call):
+        self.settings.parent.mkdir(parents=True, exist_ok=True)
+        self.settings.write_text(f"[Desktop]\nWallpaper={arguments[0]}\n")
+        super().called(arguments, call)
+
+
+def test_lxqt_shows_the_pixels_of_the_root_window(tavelle, desktop, tmp_path):
+    lxqt = {"XDG_CURRENT_DESKTOP": "LXQt"}
+    red, blue = (tmp_path / f"{color}.png" for color in ("red", "blue"))
+    for image in (red, blue):
+        subprocess.run(["convert", "-size", "64x64", f"xc:{image.stem}", image], check=True)
+    assert tavelle.run("--set-still", red, **lxqt).returncode == 1
+    with FileManager(tavelle) as file_manager:
+        names = tavelle.pictures("DUMMY0", red, **lxqt)
+        tavelle.pictures("DUMMY1", blue, **lxqt)
+        shown, layout = file_manager.calls[-1]
+        seen = subprocess.run(["convert", shown, "-format", "%wx%h %[pixel:p{9,9}] %[pixel:p{1300,9}]", "info:"],
+                              capture_output=True, text=True, check=True).stdout
+        assert (layout, seen) == ("stretch", "2560x720 srgb(255,0,0) srgb(0,0,255)")
+        assert [str(each) for each in pathlib.Path(shown).parent.iterdir()] == [shown]
+        assert tavelle.pictures(**lxqt)["DUMMY0"] == names["DUMMY0"]
+        file_manager.settings.write_text("[Desktop]\nWallpaper=/the user's own.png\n")
+        assert tavelle.pictures(**lxqt)["DUMMY0"] == "/the user's own.png"
 
 
 def plasma_state(screens):

@@ -29,6 +29,8 @@ fs::path defaultsFile() { return fs::path(g_get_user_config_dir()) / "tavelle/de
 
 fs::path agentMemoryFile() { return fs::path(g_get_user_state_dir()) / "tavelle/wallpaper-agent.plist"; }
 
+fs::path desktopPictureFolder() { return fs::path(g_get_user_data_dir()) / "tavelle/desktop-picture"; }
+
 std::vector<fs::path> autostartFolders() {
   std::vector<fs::path> folders{fs::path(g_get_user_config_dir()) / "autostart"};
   for (const char* const* each = g_get_system_config_dirs(); *each; ++each) {

@@ -15,6 +15,9 @@ std::filesystem::path defaultsFile();
 /// What the wallpaper agent remembers from one run to the next, below `$XDG_STATE_HOME`.
 std::filesystem::path agentMemoryFile();
 
+/// The pictures that this program has made for the desktop, below `$XDG_DATA_HOME`.
+std::filesystem::path desktopPictureFolder();
+
 /// The folders of the entries that a desktop session starts at login, the user's own first; an entry hides those of the
 /// same name in the folders behind it. They need not exist.
 std::vector<std::filesystem::path> autostartFolders();

@@ -7,6 +7,7 @@
 
 #include "platform/linux/file_operations.h"
 #include "platform/linux/picture/gsettings_picture.h"
+#include "platform/linux/picture/pcmanfm_picture.h"
 #include "platform/linux/picture/plasma_picture.h"
 #include "platform/linux/picture/root_window_picture.h"
 #include "platform/linux/picture/xfconf_picture.h"
@@ -30,6 +31,7 @@ std::unique_ptr<DesktopPicture> pictureOfRunningDesktop(const Monitors& monitors
   while (!names.empty()) {
     const std::string_view name = names.substr(0, names.find(':'));
     if (name == "XFCE" && connection) return std::make_unique<XfconfPicture>(*connection, monitors);
+    if (name == "LXQt" && connection) return std::make_unique<PcmanfmPicture>(monitors);
     if (name == "KDE") return std::make_unique<PlasmaPicture>(monitors);
     if (auto desktop = gsettingsDesktop(name)) return std::make_unique<GSettingsPicture>(*std::move(desktop));
     names.remove_prefix(std::min(name.size() + 1, names.size()));

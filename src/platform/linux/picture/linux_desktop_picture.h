@@ -8,9 +8,9 @@
 
 namespace tavelle {
 
-/// The picture of the desktop that runs, in that desktop's own way: Xfce, Plasma and the GNOME family have settings or
-/// a service for it; elsewhere the root window of the X server is painted, if it is one. Which desktop runs is told by
-/// the session's environment (`XDG_CURRENT_DESKTOP`), not by what is installed.
+/// The picture of the desktop that runs, in that desktop's own way: Xfce, LXQt, Plasma and the GNOME family have
+/// settings or a service for it; elsewhere the root window of the X server is painted, if it is one. Which desktop runs
+/// is told by the session's environment (`XDG_CURRENT_DESKTOP`), not by what is installed.
 class LinuxDesktopPicture final : public DesktopPicture {
  public:
   /// `connection` is null where there is no X server.

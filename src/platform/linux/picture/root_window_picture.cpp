@@ -167,6 +167,26 @@ Result<void> RootWindowPicture::set(const std::filesystem::path& image, const Sc
   return {};
 }
 
+Result<std::string> RootWindowPicture::png() const {
+  const DisplayPtr display = connectTo(monitors_.display());
+  const auto shown = display ? currentPicture(display.get()) : std::nullopt;
+  const auto size = shown ? pixmapSize(display.get(), *shown) : std::nullopt;
+  if (!size) return Error{"the root window has no picture"};
+  const int width = static_cast<int>(size->width);
+  const int height = static_cast<int>(size->height);
+  const SurfacePtr surface = surfaceOf(display.get(), *shown, width, height);
+  const auto pixels = adopt(gdk_pixbuf_get_from_surface(surface.get(), 0, 0, width, height));
+  if (!pixels) return Error{"the X server does not give the root window's picture"};
+  ErrorSlot error;
+  char* bytes = nullptr;
+  gsize count = 0;
+  if (!gdk_pixbuf_save_to_buffer(pixels.get(), &bytes, &count, "png", error.out(), "compression", "1", nullptr)) {
+    return Error{std::string("couldn't make a file of the picture: ") + error.message()};
+  }
+  const GCharPtr owned(bytes);
+  return std::string(bytes, count);
+}
+
 std::optional<std::string> RootWindowPicture::current(const Screen& screen) const {
   const DisplayPtr display = connectTo(monitors_.display());
   if (!display) return std::nullopt;

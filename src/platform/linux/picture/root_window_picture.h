@@ -21,6 +21,8 @@ class RootWindowPicture final : public DesktopPicture {
 
   Result<void> set(const std::filesystem::path& image, const Screen& screen) override;
   std::optional<std::string> current(const Screen& screen) const override;
+  /// All that the root window's picture shows, pixel for pixel, as a PNG file.
+  Result<std::string> png() const;
 
  private:
   const Monitors& monitors_;
