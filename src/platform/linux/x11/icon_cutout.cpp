@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 namespace tavelle {
 namespace {
@@ -61,21 +60,20 @@ void IconCutout::hasChanged(const Rect& area) {
 void IconCutout::allHasChanged() { areas_ = {{0, 0, place_.width, place_.height}}; }
 
 bool IconCutout::look(std::optional<xcb_pixmap_t> picture) {
-  const auto areas = std::exchange(areas_, {});
-  if (areas.empty()) return false;
+  if (areas_.empty()) return false;
   // Before the look: what changes from here on is told again.
   xcb_damage_subtract(connection_.get(), damage_, XCB_NONE, XCB_NONE);
   const bool wasKnown = isKnown();
   bool changed = false;
   isCompared_ = picture.has_value();
-  for (const Rect& area : areas) {
+  for (const Rect& area : areas_) {
     for (const Rect& strip : strips(intersection(area, {0, 0, place_.width, place_.height}))) {
       const auto different = isCompared_ ? compare(strip, *picture) : std::nullopt;
-      // What has gone meanwhile, or is of another size, is told of in another way.
-      if (!different) isCompared_ = false;
+      isCompared_ = different.has_value();
       changed = changed || different.value_or(false);
     }
   }
+  if (isCompared_) areas_.clear();
   return changed || isKnown() != wasKnown;
 }
 

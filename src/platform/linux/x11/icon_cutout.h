@@ -25,9 +25,12 @@ class IconCutout {
   void hasChanged(const Rect& area);
   void allHasChanged();
   /// Looks at what may have changed. `picture` is the plain one, which fills the root window. Whether wallpapers are to
-  /// be cut anew. Blocks for the server's answers.
+  /// be cut anew. What could not be looked at, since the window or the picture was just coming or going, stays for the
+  /// next time. Blocks for the server's answers.
   bool look(std::optional<xcb_pixmap_t> picture);
 
+  /// Whether something could not be looked at.
+  bool isBehind() const { return !areas_.empty(); }
   /// Whether there are icons that can be told from the picture.
   bool isKnown() const;
   const Rect& place() const { return place_; }

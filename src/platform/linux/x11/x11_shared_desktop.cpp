@@ -23,6 +23,9 @@ namespace {
 
 /// What changes together is looked at together: a file manager draws an icon in several steps.
 constexpr std::chrono::milliseconds settlingTime{20};
+/// What can't be looked at while windows and pictures come and go is tried again so often, and no oftener.
+constexpr std::chrono::seconds pause{1};
+constexpr int mostTries = 10;
 /// Troubles that pass sooner, as at the start of a session, are none.
 constexpr std::chrono::seconds patience{10};
 /// A user's clicks have a wallpaper brought back to its place a few times a second; more is a program that fights for
@@ -48,8 +51,8 @@ class X11SharedDesktop::Watch {
   ~Watch();
 
   bool isPuttingRight() {
-    // The one who asks may have heard of it first.
-    drain();
+    // The one who asks may have seen it first.
+    keepOrder();
     return moves_ > 0 && moves_ < mostMoves;
   }
   void add(xcb_window_t wallpaper);
@@ -67,6 +70,7 @@ class X11SharedDesktop::Watch {
   void take(const xcb_generic_event_t& event);
   bool takeProperty(xcb_atom_t property);
   void lookSoon();
+  void lookAgain();
   void look();
   void findDesktops();
   Desktop watched(xcb_window_t window, const DesktopWindow& desktop);
@@ -95,6 +99,8 @@ class X11SharedDesktop::Watch {
   /// Whether a window for the desktop that belongs below wallpapers lies above one.
   bool isHidden_ = false;
   int moves_ = 0;
+  /// How often it has been tried again since something was told last.
+  int tries_ = 0;
   /// Wallpapers and windows for the desktop as they lay when the manager was last made to sort them.
   std::vector<xcb_window_t> sorted_;
   std::set<std::string> told_;
@@ -179,7 +185,16 @@ bool X11SharedDesktop::Watch::takeProperty(xcb_atom_t property) {
 }
 
 void X11SharedDesktop::Watch::lookSoon() {
-  if (!looking_) looking_ = loop_.after(settlingTime, [this] { look(); });
+  if (looking_ && tries_ == 0) return;
+  tries_ = 0;
+  looking_ = loop_.after(settlingTime, [this] { look(); });
+}
+
+/// When something could not be looked at.
+void X11SharedDesktop::Watch::lookAgain() {
+  const bool behind = std::any_of(desktops_.begin(), desktops_.end(),
+                                  [](const auto& each) { return each.second.icons && each.second.icons->isBehind(); });
+  if (behind && ++tries_ <= mostTries) looking_ = loop_.after(pause, [this] { look(); });
 }
 
 void X11SharedDesktop::Watch::look() {
@@ -196,6 +211,7 @@ void X11SharedDesktop::Watch::look() {
   }
   tellTrouble();
   xcb_flush(connection_.get());
+  lookAgain();
   // What has come in while the server was asked would not make the descriptor readable again.
   drain();
 }

@@ -23,7 +23,8 @@ class X11SharedDesktop final : public SharedDesktop {
 
   /// How wallpapers are to be asked for under the window manager that runs now.
   Stacking stacking() const { return stackingOf(monitors_.display()); }
-  /// Whether wallpapers have just been asked back to their place, so that what lies above them now is about to change.
+  /// Asks wallpapers back to their place, when they are not there. Whether they have just been asked, so that what lies
+  /// above them now is about to change. Blocks for an answer of the server's.
   bool isPuttingRight() const;
   /// Looks after this window of the program's, until the handle is dropped or this dies.
   Registration share(xcb_window_t wallpaper);

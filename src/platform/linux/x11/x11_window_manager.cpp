@@ -207,6 +207,39 @@ X11WindowManager::X11WindowManager(const XConnection& connection, const Monitors
       panels_(connection, monitors),
       atoms_(internAtoms(connection, atomNames)) {}
 
+/// Gathers, from the front to the back, what hides desktops and wallpapers.
+struct X11WindowManager::Sight {
+  /// Whether ordinary windows have been swept away to show the desktop.
+  const bool sweptAway;
+  /// Whether windows with an alpha channel show what lies behind them.
+  const bool alphaShows;
+  const X11SharedDesktop& sharedDesktop;
+  std::vector<WindowDescription> windows{};
+  /// Windows of file managers and shells for all of the desktop, through which nothing can be seen.
+  std::vector<Rect> desktops{};
+
+  void add(const WindowRequest::Seen& seen) {
+    const auto& [part, window, hasAlpha] = seen;
+    using enum WindowRequest::Part;
+    if (part == wallpaper) {
+      hide(window.bounds.value_or(Rect{}));
+    } else if (part == desktop) {
+      if (window.bounds && !(hasAlpha && alphaShows)) desktops.push_back(*window.bounds);
+    } else if (part == furniture || !sweptAway) {
+      windows.push_back(window);
+    }
+  }
+
+ private:
+  void hide(const Rect& wallpaper) {
+    if (desktops.empty() || sharedDesktop.isPuttingRight()) return;
+    for (const Rect& each : desktops) {
+      const Rect hidden = intersection(each, wallpaper);
+      if (!hidden.isEmpty()) windows.push_back({.layer = ordinaryLayer, .owner = {}, .alpha = {}, .bounds = hidden});
+    }
+  }
+};
+
 std::optional<std::vector<WindowDescription>> X11WindowManager::onScreen() const {
   PropertyRequest stacking(connection_, connection_.root(), atoms_[stackingList]);
   PropertyRequest unordered(connection_, connection_.root(), atoms_[clientList]);
@@ -225,27 +258,11 @@ std::optional<std::vector<WindowDescription>> X11WindowManager::onScreen() const
   std::for_each(windows.rbegin(), windows.rend(),
                 [&](xcb_window_t window) { requests.emplace_back(connection_, window, atoms_, space); });
   const bool composited = gdk_screen_is_composited(gdk_display_get_default_screen(monitors_.display())) != FALSE;
-  std::vector<WindowDescription> onScreen;
-  // Windows of file managers and shells for all of the desktop, through which nothing can be seen.
-  std::vector<Rect> desktops;
+  Sight sight{.sweptAway = sweptAway, .alphaShows = composited, .sharedDesktop = sharedDesktop_};
   for (WindowRequest& request : requests) {
-    const auto seen = request.read(desktop);
-    if (!seen) continue;
-    const auto& [part, window, hasAlpha] = *seen;
-    using enum WindowRequest::Part;
-    if (part == wallpaper) {
-      for (const Rect& each : desktops) {
-        const Rect hidden = intersection(each, window.bounds.value_or(Rect{}));
-        if (!hidden.isEmpty()) onScreen.push_back({.layer = ordinaryLayer, .owner = {}, .alpha = {}, .bounds = hidden});
-      }
-    } else if (part == WindowRequest::Part::desktop) {
-      if (window.bounds && !(hasAlpha && composited) && !sharedDesktop_.isPuttingRight())
-        desktops.push_back(*window.bounds);
-    } else if (part == furniture || !sweptAway) {
-      onScreen.push_back(window);
-    }
+    if (const auto seen = request.read(desktop)) sight.add(*seen);
   }
-  return onScreen;
+  return std::move(sight.windows);
 }
 
 Registration X11WindowManager::onWindowEvent(std::function<void()> happened) {

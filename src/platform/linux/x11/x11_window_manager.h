@@ -22,6 +22,7 @@ class X11WindowManager final : public WindowManager {
 
  private:
   class WindowRequest;
+  struct Sight;
 
   const XConnection& connection_;
   const Monitors& monitors_;
